@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# Installs the Debian 12 packages the build, the tests and the benchmarks need.
+# Idempotent and non-interactive: installs only what is missing.
+set -euo pipefail
+
+packages=(
+    build-essential cmake pkg-config
+    clang libclang-rt-14-dev          # libFuzzer and the sanitizer runtimes
+    libgtkmm-3.0-dev libsigc++-2.0-dev
+    libgtest-dev libgmock-dev libbenchmark-dev
+    xvfb xauth                        # GUI tests and `make run` without a display
+    fonts-dejavu-core                 # legible text in screenshots and help documents
+    imagemagick                       # screenshots of the running window
+)
+
+missing=()
+for p in "${packages[@]}"; do
+    if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then
+        missing+=("$p")
+    fi
+done
+
+if [ ${#missing[@]} -eq 0 ]; then
+    exit 0
+fi
+
+echo "Installing: ${missing[*]}"
+sudo=""
+if [ "$(id -u)" -ne 0 ]; then
+    sudo="sudo"
+fi
+export DEBIAN_FRONTEND=noninteractive
+$sudo apt-get update -qq
+$sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
