@@ -2,7 +2,9 @@
 
 namespace Tav {
 
-PointerConnectionsDispatcher::~PointerConnectionsDispatcher() { disconnectAll(); }
+PointerConnectionsDispatcher::~PointerConnectionsDispatcher() {
+    disconnectAll();
+}
 
 void PointerConnectionsDispatcher::connect(const void* key, const sigc::connection& connection) {
     connections_[key].push_back(connection);

@@ -30,11 +30,13 @@ void rangeOf(const std::vector<PointF>& points, Pick pick, float& min, float& ma
 } // namespace
 
 void Series::getRangeX(float& min, float& max) const {
-    rangeOf(points, [](const PointF& p) { return p.x; }, min, max);
+    rangeOf(
+        points, [](const PointF& p) { return p.x; }, min, max);
 }
 
 void Series::getRangeY(float& min, float& max) const {
-    rangeOf(points, [](const PointF& p) { return p.y; }, min, max);
+    rangeOf(
+        points, [](const PointF& p) { return p.y; }, min, max);
 }
 
 void Series::getRangeXY(float& minX, float& maxX, float& minY, float& maxY) const {

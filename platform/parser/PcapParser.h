@@ -12,12 +12,12 @@ namespace TavIec61850Parser {
 
 // What one parse of one file saw, frame by frame.
 struct FileStats {
-    std::string format;                 // "pcap-us", "pcap-ns", "pcapng"
-    std::uint64_t frames = 0;           // every frame record read
-    std::uint64_t svFrames = 0;         // well-formed SV frames
-    std::uint64_t gooseFrames = 0;      // well-formed GOOSE frames
-    std::uint64_t malformedFrames = 0;  // SV or GOOSE frames that could not be decoded
-    std::uint64_t otherFrames = 0;      // other EtherTypes, 802.3 frames, other link types
+    std::string format;                // "pcap-us", "pcap-ns", "pcapng"
+    std::uint64_t frames = 0;          // every frame record read
+    std::uint64_t svFrames = 0;        // well-formed SV frames
+    std::uint64_t gooseFrames = 0;     // well-formed GOOSE frames
+    std::uint64_t malformedFrames = 0; // SV or GOOSE frames that could not be decoded
+    std::uint64_t otherFrames = 0;     // other EtherTypes, 802.3 frames, other link types
 };
 
 class PcapParser {

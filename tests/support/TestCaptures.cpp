@@ -26,7 +26,8 @@ std::string shellQuote(const std::string& s) {
 struct TempDirOwner {
     std::filesystem::path path;
     TempDirOwner() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "tavna-test-XXXXXX").string();
+        std::string pattern =
+            (std::filesystem::temp_directory_path() / "tavna-test-XXXXXX").string();
         if (mkdtemp(pattern.data()) == nullptr)
             throw std::runtime_error("cannot create a temporary directory");
         path = pattern;
