@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -28,6 +29,10 @@ public:
     // Throws ParseError when the file is gone, changed since it was parsed, or
     // holds no GOOSE frame there.
     static GoosePdu parseGoosePDUFromFile(const std::string& path, unsigned long long offset);
+
+    // Decodes one Ethernet frame. Throws MalformedFrame when the bytes are not
+    // a well-formed GOOSE frame.
+    static GoosePdu parsePduFromFrame(const std::uint8_t* frame, std::size_t size);
 
     // One value per top-level allData element, in data-set order: boolean 0 or 1,
     // bit-string as its unsigned value, integer, unsigned and floating point as

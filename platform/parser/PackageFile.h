@@ -36,7 +36,16 @@ public:
     Timest getEndTime() const { return latest; }
 
     // Appends a package and keeps the time bounds and order flag up to date.
-    void append(const Package& p) const;
+    // Inline: the parse calls it once per frame.
+    void append(const Package& p) const {
+        if (!packages.empty() && p.time < packages.back().time)
+            timeOrdered = false;
+        if (p.time < earliest)
+            earliest = p.time;
+        if (latest < p.time)
+            latest = p.time;
+        packages.push_back(p);
+    }
 
     // Indices [first, last) of the packages with from <= time <= to, when ordered.
     std::pair<std::size_t, std::size_t> orderedWindow(const Timest& from, const Timest& to) const;

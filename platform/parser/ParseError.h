@@ -21,3 +21,14 @@ private:
 };
 
 } // namespace TavIec61850Parser
+
+namespace TavIec61850Parser {
+
+// One frame's bytes do not decode as the protocol they claim. The file reader
+// counts and skips such frames; the frame entry points let it through.
+class MalformedFrame : public std::runtime_error {
+public:
+    explicit MalformedFrame(const std::string& reason) : std::runtime_error(reason) {}
+};
+
+} // namespace TavIec61850Parser

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -41,6 +42,10 @@ public:
     // parsed, or holds no SV frame there.
     static std::vector<ASDUData> parseASDUFromFile(const std::string& path,
                                                    unsigned long long offset);
+
+    // Decodes every ASDU of one Ethernet frame. Throws MalformedFrame when the
+    // bytes are not a well-formed SV frame.
+    static std::vector<ASDUData> parseASDUFromFrame(const std::uint8_t* frame, std::size_t size);
 };
 
 } // namespace TavIec61850Parser

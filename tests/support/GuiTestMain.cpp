@@ -37,6 +37,8 @@ int main(int argc, char** argv) {
     // Tests must not depend on the developer's theme or accessibility bus.
     setenv("GTK_THEME", "Adwaita", 1);
     setenv("NO_AT_BRIDGE", "1", 1);
+    // File choosers save their state; keep that off the developer's settings.
+    setenv("GSETTINGS_BACKEND", "memory", 1);
     testing::InitGoogleTest(&argc, argv);
     Gtk::Main kit(argc, argv);
     return RUN_ALL_TESTS();

@@ -1,0 +1,38 @@
+#include "platform/parser/FileRegistry.h"
+
+#include <mutex>
+#include <unordered_map>
+
+namespace TavIec61850Parser {
+
+namespace {
+
+// Parses run on a worker while frames are read on the interface thread.
+struct Registry {
+    std::mutex mutex;
+    std::unordered_map<std::string, FileVersion> versions;
+};
+
+Registry& registry() {
+    static Registry r;
+    return r;
+}
+
+} // namespace
+
+void FileRegistry::remember(const std::string& path, const FileVersion& version) {
+    Registry& r = registry();
+    std::lock_guard lock(r.mutex);
+    r.versions[path] = version;
+}
+
+std::optional<FileVersion> FileRegistry::lookup(const std::string& path) {
+    Registry& r = registry();
+    std::lock_guard lock(r.mutex);
+    auto it = r.versions.find(path);
+    if (it == r.versions.end())
+        return std::nullopt;
+    return it->second;
+}
+
+} // namespace TavIec61850Parser

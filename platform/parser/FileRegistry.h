@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/parser/MappedFile.h"
+
+#include <optional>
+#include <string>
+
+namespace TavIec61850Parser {
+
+// Process-wide memory of what each parsed file looked like, so that a frame
+// read by offset later can tell that the file has changed under it.
+class FileRegistry {
+public:
+    static void remember(const std::string& path, const FileVersion& version);
+    static std::optional<FileVersion> lookup(const std::string& path);
+};
+
+} // namespace TavIec61850Parser

@@ -1,0 +1,139 @@
+#include "platform/parser/FrameReader.h"
+
+#include "platform/parser/FileRegistry.h"
+#include "platform/parser/ParseError.h"
+#include "platform/parser/PcapReader.h"
+#include "platform/parser/PcapngReader.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace TavIec61850Parser {
+
+namespace {
+
+// Drawing reads thousands of frames of one file in a row; keeping that file
+// open per thread saves an open and a header read per frame. The path is
+// still stat'ed every time, so a replaced or deleted file is noticed.
+struct OpenCapture {
+    std::string path;
+    dev_t device = 0;
+    ino_t inode = 0;
+    FileVersion version; // a file rewritten in place keeps its inode
+    int fd = -1;
+    std::optional<PcapHeader> pcap; // empty for pcapng
+
+    ~OpenCapture() { close(); }
+    void close() {
+        if (fd >= 0)
+            ::close(fd);
+        fd = -1;
+        path.clear();
+    }
+};
+
+[[noreturn]] void noFrame(const std::string& path, std::uint64_t offset) {
+    throw ParseError(path, "no frame record at byte " + std::to_string(offset));
+}
+
+void readExactly(const OpenCapture& f, void* to, std::size_t n, std::uint64_t at) {
+    ssize_t got = ::pread(f.fd, to, n, static_cast<off_t>(at));
+    if (got < 0)
+        throw ParseError(f.path, std::string("cannot read: ") + std::strerror(errno));
+    if (static_cast<std::size_t>(got) != n)
+        noFrame(f.path, at);
+}
+
+OpenCapture& openCapture(const std::string& path, const struct stat& st,
+                         const FileVersion& version) {
+    thread_local OpenCapture f;
+    if (f.fd >= 0 && f.path == path && f.device == st.st_dev && f.inode == st.st_ino &&
+        f.version == version)
+        return f;
+    f.close();
+    f.fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (f.fd < 0)
+        throw ParseError(path, std::string("cannot open: ") + std::strerror(errno));
+    f.path = path;
+    f.device = st.st_dev;
+    f.inode = st.st_ino;
+    f.version = version;
+    std::uint8_t head[kPcapFileHeaderSize] = {};
+    ssize_t got = ::pread(f.fd, head, sizeof head, 0);
+    f.pcap =
+        got == static_cast<ssize_t>(sizeof head) ? readPcapHeader(head, sizeof head) : std::nullopt;
+    if (!f.pcap && (got < 4 || ByteReader::load32(head, false) != kBlockSectionHeader)) {
+        f.close();
+        throw ParseError(path, "not a pcap or pcapng file");
+    }
+    return f;
+}
+
+void readPcapRecord(const OpenCapture& f, std::uint64_t offset, std::uint64_t fileSize,
+                    std::vector<std::uint8_t>& buffer) {
+    if (offset < kPcapFileHeaderSize || fileSize - offset < kPcapRecordHeaderSize)
+        noFrame(f.path, offset);
+    std::uint8_t header[kPcapRecordHeaderSize];
+    readExactly(f, header, sizeof header, offset);
+    const bool big = f.pcap->bigEndian;
+    std::uint32_t captured = ByteReader::load32(header + 8, big);
+    std::uint32_t original = ByteReader::load32(header + 12, big);
+    // Bytes from the middle of a frame rarely pass for a record header, and
+    // the frame decoders check the rest.
+    if (!plausibleRecord(captured, original) ||
+        captured > fileSize - offset - kPcapRecordHeaderSize)
+        noFrame(f.path, offset);
+    buffer.resize(captured);
+    readExactly(f, buffer.data(), captured, offset + kPcapRecordHeaderSize);
+}
+
+void readPcapngBlock(const OpenCapture& f, std::uint64_t offset, std::uint64_t fileSize,
+                     std::vector<std::uint8_t>& buffer) {
+    constexpr std::size_t kMaxBlock = 16 * 1024 * 1024;
+    if (offset % 4 != 0 || fileSize - offset < 12)
+        noFrame(f.path, offset);
+    std::uint8_t head[8];
+    readExactly(f, head, sizeof head, offset);
+    std::optional<bool> big = packetBlockIsBigEndian(head);
+    if (!big)
+        noFrame(f.path, offset);
+    std::uint32_t type = ByteReader::load32(head, *big);
+    std::uint32_t length = ByteReader::load32(head + 4, *big);
+    if (length < 16 || length % 4 != 0 || length > kMaxBlock || length > fileSize - offset)
+        noFrame(f.path, offset);
+    std::vector<std::uint8_t> block(length);
+    readExactly(f, block.data(), length, offset);
+    if (ByteReader::load32(block.data() + length - 4, *big) != length)
+        noFrame(f.path, offset);
+    try {
+        PacketBlockFrame frame = packetBlockFrame(block.data(), length, type, *big);
+        buffer.assign(frame.data, frame.data + frame.size);
+    } catch (const MalformedFrame&) {
+        noFrame(f.path, offset);
+    }
+}
+
+} // namespace
+
+void FrameReader::read(const std::string& path, std::uint64_t offset,
+                       std::vector<std::uint8_t>& buffer) {
+    struct stat st {};
+    if (::stat(path.c_str(), &st) != 0)
+        throw ParseError(path, "the file is gone");
+    const FileVersion now{static_cast<std::uint64_t>(st.st_size),
+                          st.st_mtim.tv_sec * 1'000'000'000LL + st.st_mtim.tv_nsec};
+    if (auto parsed = FileRegistry::lookup(path); parsed && !(*parsed == now))
+        throw ParseError(path, "the file has changed since it was parsed");
+    const OpenCapture& f = openCapture(path, st, now);
+    if (offset >= now.size)
+        noFrame(path, offset);
+    if (f.pcap)
+        readPcapRecord(f, offset, now.size, buffer);
+    else
+        readPcapngBlock(f, offset, now.size, buffer);
+}
+
+} // namespace TavIec61850Parser

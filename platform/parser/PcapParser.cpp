@@ -1,0 +1,103 @@
+#include "platform/parser/PcapParser.h"
+
+#include "platform/parser/ContainerReader.h"
+#include "platform/parser/FileRegistry.h"
+#include "platform/parser/MappedFile.h"
+#include "platform/parser/ParseError.h"
+#include "platform/parser/ProgressReporter.h"
+#include "platform/parser/StreamIndex.h"
+
+namespace TavIec61850Parser {
+
+namespace {
+
+// How many frames go by between looks at the cancel flag and the progress: a
+// few hundred microseconds of work, well inside the 50 ms a cancel may take.
+constexpr std::uint64_t kPollEvery = 1024;
+
+template <class Decode> bool decodes(FileStats& stats, Decode decode) {
+    try {
+        decode();
+        return true;
+    } catch (const MalformedFrame&) {
+    } catch (const OutOfBounds&) {
+    }
+    ++stats.malformedFrames;
+    return false;
+}
+
+void handleFrame(const FrameRecord& rec, StreamIndex& index, FileStats& stats) {
+    if (rec.linkType != kLinkTypeEthernet) {
+        ++stats.otherFrames;
+        return;
+    }
+    const Package package{rec.time, rec.offset};
+    if (index.addKnownSv(rec.data, rec.size, package)) {
+        ++stats.svFrames;
+        return;
+    }
+    EthernetFrame eth;
+    if (!decodeEthernet(rec.data, rec.size, eth)) {
+        ++stats.otherFrames;
+        return;
+    }
+    if (eth.etherType == kEtherTypeSv) {
+        SvFrameView sv;
+        if (decodes(stats, [&] { sv = decodeSvApdu(eth.payload, eth.payloadSize); })) {
+            ++stats.svFrames;
+            index.addSv(eth, sv, package, rec.data, rec.size);
+        }
+    } else if (eth.etherType == kEtherTypeGoose) {
+        GooseFrameView goose;
+        if (decodes(stats, [&] { goose = decodeGooseApdu(eth.payload, eth.payloadSize); })) {
+            ++stats.gooseFrames;
+            index.addGoose(eth, goose, package);
+        }
+    } else {
+        ++stats.otherFrames;
+    }
+}
+
+} // namespace
+
+void PcapParser::parseFile(const std::string& path, Db& db, const Filter& filter,
+                           const std::atomic<bool>& cancel, std::function<void(double)> progress) {
+    FileStats stats;
+    parseFile(path, db, filter, cancel, std::move(progress), stats);
+}
+
+void PcapParser::parseFile(const std::string& path, Db& db, const Filter& filter,
+                           const std::atomic<bool>& cancel, std::function<void(double)> progress,
+                           FileStats& stats) {
+    stats = FileStats{};
+    MappedFile file(path);
+    std::unique_ptr<ContainerReader> reader = openContainer(path, file.data(), file.size());
+    stats.format = reader->format();
+    FileRegistry::remember(path, file.version());
+    // Reading a path again replaces what it gave before instead of doubling it.
+    db.clearByFileName(path);
+
+    StreamIndex index(db, filter, path);
+    ProgressReporter reporter(std::move(progress), file.size());
+    FrameRecord rec;
+    try {
+        while (reader->next(rec)) {
+            ++stats.frames;
+            handleFrame(rec, index, stats);
+            if (stats.frames % kPollEvery == 0) {
+                if (cancel.load(std::memory_order_relaxed)) {
+                    index.finish();
+                    return;
+                }
+                reporter.at(reader->position());
+            }
+        }
+    } catch (...) {
+        index.finish();
+        throw;
+    }
+    index.finish();
+    reporter.done();
+}
+
+} // namespace TavIec61850Parser

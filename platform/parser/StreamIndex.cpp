@@ -1,0 +1,209 @@
+#include "platform/parser/StreamIndex.h"
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+
+namespace TavIec61850Parser {
+
+namespace {
+
+std::string mac(const std::uint8_t* p) {
+    char text[18];
+    formatMac(p, text);
+    return text;
+}
+
+template <class Stream> void fillEthernet(Stream& s, const EthernetFrame& eth) {
+    s.srcMac = mac(eth.src);
+    s.dstMac = mac(eth.dst);
+    if (eth.vlanCount > 0) {
+        VlanTag tag;
+        tag.id = eth.vlanId;
+        if (eth.vlanCount > 1)
+            tag.innerId = eth.innerVlanId;
+        tag.priority = eth.vlanPriority;
+        s.vlan = tag;
+    }
+    if (eth.hasHsr)
+        s.hsr = HsrTag{(eth.hsrPath & 1) ? 'B' : 'A', eth.hsrPath, eth.hsrSequence};
+    if (eth.hasPrp)
+        s.prp = PrpTrailer{eth.prpLan == 0xB ? 'B' : 'A', eth.prpLan, eth.prpSequence};
+}
+
+template <class Id> bool listed(const std::vector<Id>& ids, const Id& id) {
+    return ids.empty() || std::find(ids.begin(), ids.end(), id) != ids.end();
+}
+
+} // namespace
+
+void StreamIndex::RawKey::put(const void* p, std::size_t n) {
+    if (n > kMaxKey - size) {
+        fits = false;
+        return;
+    }
+    if (n == 0) // an absent goID has no bytes to copy, and memcpy wants a pointer
+        return;
+    std::memcpy(bytes.data() + size, p, n);
+    size += n;
+}
+
+void StreamIndex::RawKey::putText(std::string_view s) {
+    // The length goes first so that adjacent texts cannot trade bytes.
+    std::uint16_t n = static_cast<std::uint16_t>(std::min<std::size_t>(s.size(), 0xFFFF));
+    put(&n, sizeof n);
+    put(s.data(), s.size());
+}
+
+StreamIndex::StreamIndex(Db& db, const Filter& filter, std::string path)
+    : db_(db), filter_(filter), path_(std::move(path)) {}
+
+void StreamIndex::putEthernet(RawKey& key, char kind, const EthernetFrame& eth,
+                              std::uint16_t appId) {
+    key.put(&kind, 1);
+    key.put(eth.dst, 12); // destination and source, adjacent in the frame
+    std::uint8_t hasVlan = eth.vlanCount > 0;
+    key.put(&hasVlan, 1);
+    key.put(&eth.vlanId, sizeof eth.vlanId);
+    key.put(&appId, sizeof appId);
+}
+
+std::size_t StreamIndex::cached(const RawKey& key) {
+    auto same = [&](const Slot& s) {
+        return s.used && s.key.size == key.size &&
+               std::memcmp(s.key.bytes.data(), key.bytes.data(), key.size) == 0;
+    };
+    if (same(slots_[lastSlot_]))
+        return lastSlot_;
+    std::size_t i = std::hash<std::string_view>{}(key.view()) % kSlots;
+    if (!same(slots_[i]))
+        return kNone;
+    lastSlot_ = i;
+    return i;
+}
+
+std::size_t StreamIndex::remember(const RawKey& key, const PackageFile* file) {
+    std::size_t i = std::hash<std::string_view>{}(key.view()) % kSlots;
+    Slot& s = slots_[i];
+    s.key.size = key.size;
+    std::memcpy(s.key.bytes.data(), key.bytes.data(), key.size);
+    s.file = file;
+    s.used = true;
+    s.frame.clear();
+    s.next = kNone;
+    lastSlot_ = i;
+    return i;
+}
+
+void StreamIndex::followedBy(std::size_t slot) {
+    if (lastSv_ != kNone)
+        slots_[lastSv_].next = slot;
+    lastSv_ = slot;
+}
+
+const PackageFile* StreamIndex::fileOf(PackageFiles& files) {
+    auto [it, added] = files.emplace(path_);
+    if (added)
+        touched_.push_back(&*it);
+    return &*it;
+}
+
+const PackageFile* StreamIndex::svTarget(const EthernetFrame& eth, const SvFrameView& sv) {
+    Sv s;
+    fillEthernet(s, eth);
+    s.appId = sv.header.appId;
+    s.simulation = sv.header.simulation;
+    s.svId.assign(sv.first.svId);
+    s.confRev = sv.first.confRev;
+    s.datSet.assign(sv.first.datSet);
+    s.valuesPerAsdu = static_cast<std::uint32_t>(sv.first.valueCount());
+    s.asdusPerFrame = sv.asduCount;
+    if (!filter_.keep.sv || !listed(filter_.svIdentifiers, s.identifier()))
+        return nullptr;
+    auto it = db_.svProto.svs.insert(std::move(s)).first;
+    return fileOf(it->files);
+}
+
+const PackageFile* StreamIndex::gooseTarget(const EthernetFrame& eth, const GooseFrameView& g) {
+    Goose s;
+    fillEthernet(s, eth);
+    s.appId = g.header.appId;
+    s.simulation = g.simulation || g.header.simulation;
+    s.gocbRef.assign(g.gocbRef);
+    s.datSet.assign(g.datSet);
+    s.goId.assign(g.goId);
+    s.confRev = static_cast<std::uint32_t>(g.confRev);
+    s.entries = g.entries;
+    if (!filter_.keep.goose || !listed(filter_.gooseIdentifiers, s.identifier()))
+        return nullptr;
+    auto it = db_.gooseProto.gooses.insert(std::move(s)).first;
+    return fileOf(it->files);
+}
+
+template <class MakeTarget>
+std::size_t StreamIndex::file(const RawKey& key, const Package& p, MakeTarget makeTarget) {
+    std::size_t slot = key.fits ? cached(key) : kNone;
+    const PackageFile* target = nullptr;
+    if (slot != kNone) {
+        target = slots_[slot].file;
+    } else {
+        target = makeTarget();
+        if (key.fits)
+            slot = remember(key, target);
+    }
+    if (target)
+        target->append(p);
+    return slot;
+}
+
+bool StreamIndex::addKnownSv(const std::uint8_t* frame, std::size_t size, const Package& p) {
+    // Interleaved streams repeat their order, so the slot that followed the
+    // last one's stream before is the best guess; a lone stream follows itself.
+    if (lastSv_ == kNone)
+        return false;
+    for (std::size_t guess : {slots_[lastSv_].next, lastSv_}) {
+        if (guess == kNone || !slots_[guess].frame.matches(frame, size))
+            continue;
+        followedBy(guess);
+        if (const PackageFile* target = slots_[guess].file)
+            target->append(p);
+        return true;
+    }
+    return false;
+}
+
+void StreamIndex::addSv(const EthernetFrame& eth, const SvFrameView& sv, const Package& p,
+                        const std::uint8_t* frame, std::size_t size) {
+    RawKey key;
+    putEthernet(key, 'S', eth, sv.header.appId);
+    key.put(&sv.first.confRev, sizeof sv.first.confRev);
+    key.putText(sv.first.svId);
+    std::size_t slot = file(key, p, [&] { return svTarget(eth, sv); });
+    if (slot == kNone)
+        return;
+    VaryingBytes varying = sv.varying;
+    if (eth.hsrSequenceAt)
+        varying.add(eth.hsrSequenceAt, 2);
+    if (eth.prpSequenceAt)
+        varying.add(eth.prpSequenceAt, 2);
+    slots_[slot].frame.build(frame, size, varying);
+    followedBy(slot);
+}
+
+void StreamIndex::addGoose(const EthernetFrame& eth, const GooseFrameView& g, const Package& p) {
+    RawKey key;
+    putEthernet(key, 'G', eth, g.header.appId);
+    std::uint32_t confRev = static_cast<std::uint32_t>(g.confRev);
+    key.put(&confRev, sizeof confRev);
+    key.putText(g.gocbRef);
+    key.putText(g.goId);
+    key.putText(g.datSet);
+    file(key, p, [&] { return gooseTarget(eth, g); });
+}
+
+void StreamIndex::finish() {
+    for (const PackageFile* f : touched_)
+        f->packages.shrink_to_fit();
+}
+
+} // namespace TavIec61850Parser

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/parser/ApduHeader.h"
+#include "platform/parser/FrameTemplate.h"
+#include "platform/parser/SvParser.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace TavIec61850Parser {
+
+// One ASDU as it lies in the frame; texts and seqData still point into it.
+struct SvAsduView {
+    std::string_view svId;
+    std::string_view datSet;
+    std::uint32_t confRev = 0;
+    AsduCounters counters;
+    const std::uint8_t* refrTm = nullptr; // 8 bytes when present
+    const std::uint8_t* gmIdentity = nullptr;
+    std::size_t gmIdentitySize = 0;
+    const std::uint8_t* seqData = nullptr;
+    std::size_t seqDataSize = 0; // a multiple of 8
+
+    std::size_t valueCount() const { return seqDataSize / 8; }
+};
+
+// What grouping needs of an SV frame: the header and the first ASDU, and
+// where the bytes lie that change from one frame of a stream to the next.
+struct SvFrameView {
+    ApduHeader header;
+    std::uint32_t asduCount = 0;
+    SvAsduView first;
+    VaryingBytes varying;
+};
+
+// Decodes and checks a whole SV APDU (the bytes after the EtherType). When
+// `all` is given, every ASDU is also copied out into it. Throws MalformedFrame.
+SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size,
+                         std::vector<ASDUData>* all = nullptr);
+
+} // namespace TavIec61850Parser

@@ -1,0 +1,31 @@
+#include "platform/parser/SvParser.h"
+
+#include "platform/parser/EthernetDecoder.h"
+#include "platform/parser/FrameReader.h"
+#include "platform/parser/ParseError.h"
+#include "platform/parser/SvDecoder.h"
+
+namespace TavIec61850Parser {
+
+std::vector<ASDUData> SvParser::parseASDUFromFrame(const std::uint8_t* frame, std::size_t size) {
+    EthernetFrame eth;
+    if (!decodeEthernet(frame, size, eth) || eth.etherType != kEtherTypeSv)
+        throw MalformedFrame("not an SV frame");
+    std::vector<ASDUData> asdus;
+    decodeSvApdu(eth.payload, eth.payloadSize, &asdus);
+    return asdus;
+}
+
+std::vector<ASDUData> SvParser::parseASDUFromFile(const std::string& path,
+                                                  unsigned long long offset) {
+    thread_local std::vector<std::uint8_t> buffer;
+    FrameReader::read(path, offset, buffer);
+    try {
+        return parseASDUFromFrame(buffer.data(), buffer.size());
+    } catch (const MalformedFrame& e) {
+        throw ParseError(path,
+                         "no SV frame at byte " + std::to_string(offset) + " (" + e.what() + ")");
+    }
+}
+
+} // namespace TavIec61850Parser

@@ -1,0 +1,11 @@
+#include "platform/view/ExtendedExpander.h"
+
+namespace Tav {
+
+ExtendedExpander::ExtendedExpander(bool expanded) {
+    set_expanded(expanded);
+    // The signal's own blocked state must decide, so forward through emit().
+    property_expanded().signal_changed().connect([this] { expandedChanged_.emit(); });
+}
+
+} // namespace Tav

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <gtkmm/expander.h>
+#include <sigc++/signal.h>
+
+namespace Tav {
+
+// An expander whose header is any widget, with one signal for every change of
+// the expanded state, whether the user clicked the arrow or code set it. Block
+// the signal around set_expanded() to change the state quietly.
+class ExtendedExpander : public Gtk::Expander {
+public:
+    explicit ExtendedExpander(bool expanded = false);
+
+    sigc::signal<void()>& signal_expanded_changed() { return expandedChanged_; }
+
+private:
+    sigc::signal<void()> expandedChanged_;
+};
+
+} // namespace Tav

@@ -1,0 +1,248 @@
+#include "tools/gen/GenOptions.h"
+
+#include "tools/gen/StreamNaming.h"
+
+#include <algorithm>
+#include <charconv>
+#include <map>
+
+namespace TavGen {
+
+namespace {
+
+constexpr unsigned kMaxStreams = 256;
+
+// The options as given, before they become stream configurations.
+struct RawOptions {
+    std::string format = "pcap";
+    bool bigEndian = false;
+    std::uint64_t startNs = 1'700'000'000ull * 1'000'000'000ull;
+    std::uint64_t durationNs = 1'000'000'000ull;
+    unsigned sv = 0;
+    unsigned rate = 4000;
+    unsigned asdus = 1;
+    unsigned channels = 8;
+    double current = 100, voltage = 10000, frequency = 50;
+    Tagging tagging;
+    unsigned goose = 0;
+    unsigned booleans = 4, bitStrings = 0;
+    std::vector<std::uint64_t> changesNs;
+    bool simulation = false;
+    std::uint64_t other = 0;
+};
+
+unsigned parseCount(const std::string& option, const std::string& text, unsigned low,
+                    unsigned high) {
+    unsigned value = 0;
+    const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (ec != std::errc() || end != text.data() + text.size() || value < low || value > high)
+        throw UsageError(option + " takes a whole number from " + std::to_string(low) + " to " +
+                         std::to_string(high) + ", not '" + text + "'");
+    return value;
+}
+
+double parsePositive(const std::string& option, const std::string& text) {
+    try {
+        std::size_t used = 0;
+        const double value = std::stod(text, &used);
+        if (used == text.size() && value >= 0)
+            return value;
+    } catch (const std::exception&) {
+    }
+    throw UsageError(option + " takes a non-negative number, not '" + text + "'");
+}
+
+char parseLine(const std::string& option, const std::string& text) {
+    if (text == "A" || text == "B")
+        return text[0];
+    throw UsageError(option + " takes A or B, not '" + text + "'");
+}
+
+Container parseContainer(const std::string& text) {
+    static const std::map<std::string, Container> names{{"pcap", Container::Pcap},
+                                                        {"pcap-ns", Container::PcapNs},
+                                                        {"pcapng", Container::Pcapng},
+                                                        {"pcapng-ns", Container::PcapngNs}};
+    const auto it = names.find(text);
+    if (it == names.end())
+        throw UsageError("--format takes pcap, pcap-ns, pcapng or pcapng-ns, not '" + text + "'");
+    return it->second;
+}
+
+std::uint64_t parseTime(const std::string& option, const std::string& text) {
+    try {
+        return parseSeconds(text);
+    } catch (const UsageError&) {
+        throw UsageError(option + " takes seconds, not '" + text + "'");
+    }
+}
+
+// Applies one option that takes a value; an unknown name is a usage error.
+void applyValue(RawOptions& o, const std::string& name, const std::string& v) {
+    if (name == "--format")
+        o.format = v;
+    else if (name == "--start")
+        o.startNs = parseTime(name, v);
+    else if (name == "--duration")
+        o.durationNs = parseTime(name, v);
+    else if (name == "--sv")
+        o.sv = parseCount(name, v, 0, kMaxStreams);
+    else if (name == "--rate")
+        o.rate = parseCount(name, v, 1, 14400);
+    else if (name == "--asdus")
+        o.asdus = parseCount(name, v, 1, 8);
+    else if (name == "--channels")
+        o.channels = parseCount(name, v, 1, 128);
+    else if (name == "--current")
+        o.current = parsePositive(name, v);
+    else if (name == "--voltage")
+        o.voltage = parsePositive(name, v);
+    else if (name == "--frequency")
+        o.frequency = parsePositive(name, v);
+    else if (name == "--vlan")
+        o.tagging.vlanId = static_cast<std::uint16_t>(parseCount(name, v, 0, 4095));
+    else if (name == "--hsr")
+        o.tagging.hsrLine = parseLine(name, v);
+    else if (name == "--prp")
+        o.tagging.prpLine = parseLine(name, v);
+    else if (name == "--goose")
+        o.goose = parseCount(name, v, 0, kMaxStreams);
+    else if (name == "--bools")
+        o.booleans = parseCount(name, v, 0, 1000);
+    else if (name == "--bitstrings")
+        o.bitStrings = parseCount(name, v, 0, 1000);
+    else if (name == "--change")
+        o.changesNs.push_back(parseTime(name, v));
+    else if (name == "--other")
+        o.other = parseCount(name, v, 0, 100'000'000);
+    else
+        throw UsageError("unknown option " + name);
+}
+
+Scenario toScenario(const RawOptions& o) {
+    if (o.rate != 4000 && o.rate != 4800 && o.rate != 14400)
+        throw UsageError("--rate takes 4000, 4800 or 14400");
+    // Bounds that keep every time stamp inside 32-bit seconds and the frame
+    // arithmetic inside 64 bits.
+    constexpr std::uint64_t kMaxDurationNs = 1'000'000ull * 1'000'000'000ull;
+    if (o.durationNs > kMaxDurationNs)
+        throw UsageError("--duration is limited to 1000000 s");
+    if ((o.startNs + o.durationNs) / 1'000'000'000ull > 0xFFFFFFFFull)
+        throw UsageError("--start plus --duration ends beyond the year 2106");
+    Scenario s;
+    s.container = parseContainer(o.format);
+    s.bigEndian = o.bigEndian;
+    s.startNs = o.startNs;
+    s.durationNs = o.durationNs;
+    s.otherFrames = o.other;
+    for (unsigned n = 0; n < o.sv; ++n) {
+        SvStreamConfig c = namedSvStream(n);
+        c.rate = o.rate;
+        c.asdus = o.asdus;
+        c.channels = o.channels;
+        c.simulation = o.simulation;
+        c.tagging = o.tagging;
+        c.signal.currentPeak = o.current;
+        c.signal.voltagePeak = o.voltage;
+        c.signal.frequency = o.frequency;
+        s.sv.push_back(c);
+    }
+    std::vector<std::uint64_t> changes = o.changesNs;
+    std::sort(changes.begin(), changes.end());
+    for (unsigned n = 0; n < o.goose; ++n) {
+        GooseStreamConfig c = namedGooseStream(n);
+        c.simulation = o.simulation;
+        c.tagging = o.tagging;
+        c.entries = alternatingEntries(o.booleans, o.bitStrings);
+        c.initial.assign(c.entries.size(), 0);
+        const std::vector<std::uint8_t>* state = &c.initial;
+        for (std::uint64_t at : changes) {
+            c.changes.push_back({at, nextState(c.entries, *state)});
+            state = &c.changes.back().values;
+        }
+        s.goose.push_back(std::move(c));
+    }
+    return s;
+}
+
+} // namespace
+
+std::uint64_t parseSeconds(const std::string& text) {
+    const auto dot = text.find('.');
+    const std::string whole = text.substr(0, dot);
+    std::string fraction = dot == std::string::npos ? "" : text.substr(dot + 1);
+    const auto digitsOnly = [](const std::string& s) {
+        return std::all_of(s.begin(), s.end(), [](char c) { return c >= '0' && c <= '9'; });
+    };
+    if ((whole.empty() && fraction.empty()) || !digitsOnly(whole) || !digitsOnly(fraction) ||
+        whole.size() > 10)
+        throw UsageError("not a time in seconds: '" + text + "'");
+    fraction = fraction.substr(0, 9);
+    fraction.resize(9, '0');
+    const std::uint64_t seconds = whole.empty() ? 0 : std::stoull(whole);
+    if (seconds > 0xFFFFFFFFull)
+        throw UsageError("time beyond the year 2106: '" + text + "'");
+    return seconds * 1'000'000'000ull + std::stoull(fraction);
+}
+
+GenRequest parseArguments(const std::vector<std::string>& args) {
+    GenRequest request;
+    RawOptions raw;
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string& a = args[i];
+        if (a == "-h" || a == "--help") {
+            request.help = true;
+            return request;
+        }
+        if (a == "--big-endian") {
+            raw.bigEndian = true;
+        } else if (a == "--simulation") {
+            raw.simulation = true;
+        } else if (a.rfind("--", 0) == 0) {
+            if (i + 1 >= args.size())
+                throw UsageError(a + " needs a value");
+            if (a == "--demo")
+                request.demoDir = args[++i];
+            else
+                applyValue(raw, a, args[++i]);
+        } else if (request.out.empty()) {
+            request.out = a;
+        } else {
+            throw UsageError("more than one output file: " + a);
+        }
+    }
+    if (request.demoDir.empty() && request.out.empty())
+        throw UsageError("no output file given");
+    if (!request.demoDir.empty() && !request.out.empty())
+        throw UsageError("--demo writes into a folder and takes no output file");
+    request.scenario = toScenario(raw);
+    return request;
+}
+
+const char* usageText() {
+    return R"(usage: tavna-gen OUT [options]      write one capture file to OUT
+       tavna-gen --demo DIR           write the bundled demo captures into DIR
+
+  --format pcap|pcap-ns|pcapng|pcapng-ns   container and time resolution [pcap]
+  --big-endian                             container fields big-endian [little]
+  --start SEC                              time of the first frame [1700000000]
+  --duration SEC                           frames in [start, start+duration) [1]
+  --sv N                                   SV streams [0]
+  --rate 4000|4800|14400                   samples per second [4000]
+  --asdus K                                ASDUs per frame, 1..8 [1]
+  --channels C                             values per ASDU [8]
+  --current A --voltage V --frequency F    peak amplitudes and frequency [100 10000 50]
+  --vlan ID --hsr A|B --prp A|B            tagging of SV and GOOSE frames [none]
+  --goose N                                GOOSE streams [0]
+  --bools B --bitstrings S                 entries of each GOOSE data set [4 0]
+  --change T                               (repeatable) state change T s after start
+  --simulation                             simulation flag in SV and GOOSE
+  --other N                                N IPv4 frames spread over the duration [0]
+
+Frame times are truncated to the container's resolution. GOOSE frames go out at
+the start and at every change, then 2, 4, 8 ... ms apart, the interval doubling
+up to 1000 ms.
+)";
+}
+
+} // namespace TavGen

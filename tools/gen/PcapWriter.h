@@ -1,0 +1,18 @@
+#pragma once
+
+#include "tools/gen/CaptureWriter.h"
+
+namespace TavGen {
+
+// The classic pcap container: one global header, then a record per frame.
+class PcapWriter : public CaptureWriter {
+public:
+    PcapWriter(const std::string& path, bool bigEndian, bool nanoseconds);
+
+    void writeFrame(std::uint64_t timeNs, std::span<const std::uint8_t> frame) override;
+
+private:
+    bool nanoseconds_;
+};
+
+} // namespace TavGen

@@ -1,0 +1,44 @@
+#include "tools/gen/Scenario.h"
+
+#include "tools/gen/OtherFrames.h"
+
+#include <memory>
+#include <queue>
+
+namespace TavGen {
+
+std::uint64_t writeCapture(const std::string& path, const Scenario& scenario) {
+    std::vector<std::unique_ptr<FrameSource>> sources;
+    for (const auto& sv : scenario.sv)
+        sources.push_back(std::make_unique<SvStream>(sv, scenario.startNs, scenario.durationNs));
+    for (const auto& goose : scenario.goose)
+        sources.push_back(
+            std::make_unique<GooseStream>(goose, scenario.startNs, scenario.durationNs));
+    if (scenario.otherFrames > 0)
+        sources.push_back(std::make_unique<OtherFrames>(scenario.otherFrames, scenario.startNs,
+                                                        scenario.durationNs));
+
+    using Next = std::pair<std::uint64_t, std::size_t>; // time, source
+    std::priority_queue<Next, std::vector<Next>, std::greater<>> queue;
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+        if (!sources[i]->done())
+            queue.emplace(sources[i]->timeNs(), i);
+    }
+
+    auto writer = CaptureWriter::create(path, scenario.container, scenario.bigEndian);
+    std::uint64_t frames = 0;
+    while (!queue.empty()) {
+        const auto [time, i] = queue.top();
+        queue.pop();
+        FrameSource& source = *sources[i];
+        writer->writeFrame(time, source.frame());
+        ++frames;
+        source.advance();
+        if (!source.done())
+            queue.emplace(source.timeNs(), i);
+    }
+    writer->close();
+    return frames;
+}
+
+} // namespace TavGen

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "tools/gen/CaptureWriter.h"
+#include "tools/gen/GooseStream.h"
+#include "tools/gen/SvStream.h"
+
+#include <string>
+#include <vector>
+
+namespace TavGen {
+
+// Everything one capture file holds.
+struct Scenario {
+    Container container = Container::Pcap;
+    bool bigEndian = false;
+    std::uint64_t startNs = 1'700'000'000ull * 1'000'000'000ull;
+    std::uint64_t durationNs = 1'000'000'000ull;
+    std::vector<SvStreamConfig> sv;
+    std::vector<GooseStreamConfig> goose;
+    std::uint64_t otherFrames = 0;
+};
+
+// Writes the frames of every publisher, merged by time (ties in the order SV
+// streams, GOOSE streams, other frames), and returns the number of frames.
+std::uint64_t writeCapture(const std::string& path, const Scenario& scenario);
+
+} // namespace TavGen

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "tools/gen/EthernetFrame.h"
+#include "tools/gen/FrameSource.h"
+#include "tools/gen/SvSignal.h"
+
+#include <string>
+#include <vector>
+
+namespace TavGen {
+
+struct SvStreamConfig {
+    Mac src{};
+    Mac dst{};
+    std::uint16_t appId = 0x4000;
+    std::string svId;
+    std::string datSet;
+    std::uint32_t confRev = 1;
+    std::uint32_t rate = 4000;  // samples per second
+    std::uint32_t asdus = 1;    // per frame
+    std::uint32_t channels = 8; // per ASDU
+    std::uint8_t smpSynch = 2;  // synchronised to a global clock
+    bool simulation = false;
+    Tagging tagging;
+    SvSignal signal;
+};
+
+// The frames of one SV publisher over [start, start + duration). The frame is
+// built once; each step rewrites only the counters, the samples and the
+// redundancy sequence number in place.
+class SvStream : public FrameSource {
+public:
+    SvStream(const SvStreamConfig& config, std::uint64_t startNs, std::uint64_t durationNs);
+
+    bool done() const override;
+    std::uint64_t timeNs() const override;
+    std::span<const std::uint8_t> frame() override;
+    void advance() override { ++frameIndex_; }
+
+private:
+    struct AsduSlots {
+        std::size_t smpCnt = 0;
+        std::size_t seqData = 0;
+    };
+
+    void buildTemplate();
+
+    SvStreamConfig config_;
+    std::uint64_t startNs_;
+    std::uint64_t durationNs_;
+    std::uint64_t frameIndex_ = 0;
+    std::vector<std::uint8_t> frame_;
+    FrameLayout layout_;
+    std::vector<AsduSlots> slots_;
+    std::vector<std::int32_t> values_;
+};
+
+} // namespace TavGen

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/parser/PcapParser.h"
+#include "platform/parser/StreamRecords.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace TavInspect {
+
+// One stream of the database, either kind.
+struct StreamRef {
+    const TavIec61850Parser::Sv* sv = nullptr;
+    const TavIec61850Parser::Goose* goose = nullptr;
+
+    const TavIec61850Parser::EthernetPart& ethernet() const;
+    const char* kind() const { return sv ? "SV" : "GOOSE"; }
+    const std::string& dstMac() const { return sv ? sv->dstMac : goose->dstMac; }
+    std::uint16_t appId() const { return sv ? sv->appId : goose->appId; }
+    std::uint32_t confRev() const { return sv ? sv->confRev : goose->confRev; }
+    bool simulation() const { return sv ? sv->simulation : goose->simulation; }
+    const TavIec61850Parser::PackageFiles& files() const { return sv ? sv->files : goose->files; }
+    std::uint64_t packets() const { return sv ? sv->packageCount() : goose->packageCount(); }
+    TavIec61850Parser::Timest first() const;
+    TavIec61850Parser::Timest last() const;
+};
+
+// A package with the file it came from, for reading frames back in time order.
+struct PlacedPackage {
+    TavIec61850Parser::Package package;
+    const std::string* path = nullptr;
+};
+
+// What the inspector loaded: the database, the statistics of each file in the
+// order given, and the streams sorted by kind, source, destination, APPID and
+// identifier.
+class StreamTable {
+public:
+    // Parses the files in order; a ParseError propagates.
+    void load(const std::vector<std::string>& paths);
+
+    const std::vector<TavIec61850Parser::FileStats>& fileStats() const { return stats_; }
+    const std::vector<std::string>& paths() const { return paths_; }
+    const std::vector<StreamRef>& streams() const { return streams_; }
+
+    // Decimals that show the stream's times exactly: 9 when any of its files
+    // has nanosecond resolution or a time is not a whole microsecond, else 6.
+    int timeDecimals(const StreamRef& stream) const;
+
+    // Every package of the stream over all files, ordered by time (stable).
+    static std::vector<PlacedPackage> packagesInTimeOrder(const StreamRef& stream);
+
+private:
+    TavIec61850Parser::Db db_;
+    std::vector<std::string> paths_;
+    std::vector<TavIec61850Parser::FileStats> stats_;
+    std::map<std::string, bool> nanosecondFiles_;
+    std::vector<StreamRef> streams_;
+};
+
+// "1216909229.658033" with the given number of decimals, from the exact time stamp.
+std::string formatTime(const TavIec61850Parser::Timest& t, int decimals);
+
+} // namespace TavInspect

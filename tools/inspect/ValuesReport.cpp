@@ -1,0 +1,61 @@
+#include "platform/parser/GooseParser.h"
+#include "platform/parser/SvParser.h"
+#include "tools/inspect/Reports.h"
+
+#include <cmath>
+#include <cstdio>
+
+namespace TavInspect {
+
+namespace {
+
+void writeSvRows(std::ostream& out, const StreamRef& stream, int decimals) {
+    out << "time,smpCnt";
+    for (std::uint32_t c = 0; c < stream.sv->valuesPerAsdu; ++c)
+        out << ",v" << c;
+    out << '\n';
+    for (const auto& placed : StreamTable::packagesInTimeOrder(stream)) {
+        const std::string time = formatTime(placed.package.time, decimals);
+        for (const auto& asdu :
+             TavIec61850Parser::SvParser::parseASDUFromFile(*placed.path, placed.package.offset)) {
+            out << time << ',' << asdu.counters.smpCnt;
+            for (const auto& v : asdu.values)
+                out << ',' << v.value;
+            out << '\n';
+        }
+    }
+}
+
+std::string numberText(float v) {
+    if (std::isnan(v))
+        return "nan";
+    char text[32];
+    std::snprintf(text, sizeof text, "%.9g", static_cast<double>(v));
+    return text;
+}
+
+void writeGooseRows(std::ostream& out, const StreamRef& stream, int decimals) {
+    out << "time,stNum,sqNum";
+    for (std::uint32_t c = 0; c < stream.goose->entries; ++c)
+        out << ",v" << c;
+    out << '\n';
+    for (const auto& placed : StreamTable::packagesInTimeOrder(stream)) {
+        const auto pdu = TavIec61850Parser::GooseParser::parseGoosePDUFromFile(
+            *placed.path, placed.package.offset);
+        out << formatTime(placed.package.time, decimals) << ',' << pdu.stNum << ',' << pdu.sqNum;
+        for (float v : TavIec61850Parser::GooseParser::parseBooleanValues(pdu.data))
+            out << ',' << numberText(v);
+        out << '\n';
+    }
+}
+
+} // namespace
+
+void writeValues(std::ostream& out, const StreamRef& stream, int timeDecimals) {
+    if (stream.sv)
+        writeSvRows(out, stream, timeDecimals);
+    else
+        writeGooseRows(out, stream, timeDecimals);
+}
+
+} // namespace TavInspect

@@ -1,0 +1,70 @@
+#include "platform/parser/ParseError.h"
+#include "tools/inspect/Reports.h"
+
+#include <charconv>
+#include <iostream>
+
+namespace {
+
+const char* kUsage = "usage: tavna-inspect [--json | --values K] FILE...\n";
+
+struct Options {
+    bool json = false;
+    bool values = false;
+    std::size_t valuesStream = 0;
+    std::vector<std::string> files;
+};
+
+bool parseOptions(int argc, char** argv, Options& o) {
+    for (int i = 1; i < argc; ++i) {
+        const std::string a = argv[i];
+        if (a == "--json") {
+            o.json = true;
+        } else if (a == "--values") {
+            if (++i >= argc)
+                return false;
+            const std::string k = argv[i];
+            const auto [end, ec] = std::from_chars(k.data(), k.data() + k.size(), o.valuesStream);
+            if (ec != std::errc() || end != k.data() + k.size())
+                return false;
+            o.values = true;
+        } else if (a.rfind("--", 0) == 0) {
+            return false;
+        } else {
+            o.files.push_back(a);
+        }
+    }
+    return !o.files.empty() && !(o.json && o.values);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    Options options;
+    if (!parseOptions(argc, argv, options)) {
+        std::cerr << kUsage;
+        return 2;
+    }
+    TavInspect::StreamTable table;
+    try {
+        table.load(options.files);
+        if (options.json) {
+            TavInspect::writeJson(std::cout, table);
+        } else if (options.values) {
+            if (options.valuesStream >= table.streams().size()) {
+                std::cerr << "tavna-inspect: no stream " << options.valuesStream << " (there are "
+                          << table.streams().size() << ")\n";
+                return 2;
+            }
+            const auto& stream = table.streams()[options.valuesStream];
+            TavInspect::writeValues(std::cout, stream, table.timeDecimals(stream));
+        } else {
+            TavInspect::writeText(std::cout, table);
+        }
+    } catch (const std::exception& e) {
+        std::cout.flush();
+        std::cerr << "tavna-inspect: " << e.what() << '\n';
+        return 1;
+    }
+    return 0;
+}
