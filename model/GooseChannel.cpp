@@ -1,0 +1,7 @@
+#include "model/GooseChannel.h"
+
+namespace TavNA {
+
+template class BasicChannel<GooseChannel, GooseChannelTraits>;
+
+} // namespace TavNA

@@ -1,0 +1,7 @@
+#include "model/GooseGroup.h"
+
+namespace TavNA {
+
+template class BasicGroup<GooseGroup, GooseChannel, TavIec61850Parser::Goose>;
+
+} // namespace TavNA

@@ -1,0 +1,178 @@
+#include "model/TavNaModel.h"
+
+#include "platform/common/Log.h"
+#include "platform/parser/PcapParser.h"
+
+#include <exception>
+#include <iostream>
+#include <limits>
+#include <sigc++/functors/mem_fun.h>
+
+namespace TavNA {
+
+using TavIec61850Parser::Timest;
+using TavLog::Log;
+
+TavNaModel::TavNaModel()
+    : fileManager(std::make_unique<FileManagerModel>()),
+      packageList(std::make_unique<PackageListModel>()),
+      oscillographModel(std::make_unique<OscillographModel>()) {
+    filter.keep.sv = true;
+    filter.keep.goose = true;
+    Log::writeInfo("Запуск Сетевого Анализатора");
+    mode = Mode::Pcap;
+    _init();
+}
+
+TavNaModel::~TavNaModel() {
+    stopRequested.exchange(true);
+    if (worker.joinable()) {
+        Log::writeInfo("Ожидание завершения потока парсинга");
+        worker.join();
+        Log::writeInfo("Поток парсинга завершен");
+    }
+    Log::writeInfo("Завершение работы Сетевого Анализатора");
+}
+
+void TavNaModel::setPcapMode() {
+    if (mode == Mode::Pcap)
+        return;
+    mode = Mode::Pcap;
+    _init();
+}
+
+void TavNaModel::setEthernetMode() {
+    if (mode == Mode::Ethernet)
+        return;
+    mode = Mode::Ethernet;
+    _init();
+}
+
+bool TavNaModel::isParsing() const {
+    return stopRequested.load() || worker.joinable();
+}
+
+void TavNaModel::stopParsing() {
+    stopRequested.exchange(true);
+}
+
+void TavNaModel::parseFile(const std::string& path) {
+    if (fileManager->isExists(path))
+        return;
+    // The old worker is awaited before progress restarts at 0, so that its
+    // last reports cannot land after the new parse's first one and the two
+    // threads never emit at the same time.
+    if (stopRequested.load() || worker.joinable())
+        _stopWorker();
+    _updateProgress(0.0);
+    stopRequested.exchange(false);
+    signalParseStarted.emit(path);
+    worker = std::thread([this, path] { _run(path); });
+}
+
+void TavNaModel::_init() {
+    // A reset throws away what a running parse writes into; it must end first.
+    if (worker.joinable()) {
+        _stopWorker();
+        stopRequested.exchange(false);
+    }
+    db = TavIec61850Parser::Db();
+    fileManager = std::make_unique<FileManagerModel>();
+    if (fileRemovedConnection.connected())
+        fileRemovedConnection.disconnect();
+    fileRemovedConnection =
+        fileManager->signalRemoved.connect(sigc::mem_fun(*this, &TavNaModel::_onFileRemoved));
+    packageList = std::make_unique<PackageListModel>();
+    signalModeChanged.emit();
+}
+
+void TavNaModel::_stopWorker() {
+    stopRequested.exchange(true);
+    if (worker.joinable())
+        worker.join();
+}
+
+void TavNaModel::_run(const std::string& path) {
+    Log::writeInfo("Старт потока парсинга. Файл: " + path);
+    bool parsed = true;
+    try {
+        TavIec61850Parser::PcapParser::parseFile(path, db, filter, stopRequested,
+                                                 [this](double value) { _updateProgress(value); });
+    } catch (const std::exception& error) {
+        // What the parser kept of a broken file still counts: the file is
+        // listed unless the time gap refuses it.
+        std::cout << "Error: " << error.what() << std::endl;
+        Log::writeError(error.what());
+        parsed = false;
+        _updateProgress(0.0);
+    }
+    if (parsed && !stopRequested.load())
+        _updateProgress(1.0);
+
+    if (stopRequested.load()) {
+        db.clearByFileName(path);
+        fileManager->remove(path);
+    } else if (_checkFileTimeGap(path)) {
+        fileManager->add(path);
+    } else {
+        db.clearByFileName(path);
+        signalMessage.emit(0, "У файла " + path + " разрыв с текущим временным диапазоном больше " +
+                                  std::to_string(oscillographModel->gapSeconds) +
+                                  " сек. Если необходимо откройте файл отдельно.");
+    }
+    signalParseFinished.emit(path);
+    stopRequested.exchange(false);
+    packageList->update(db, filter, groupFilter);
+}
+
+void TavNaModel::_updateProgress(double value) {
+    progress = value;
+    signalProgress.emit(value);
+}
+
+void TavNaModel::_onFileRemoved(FileRecordModel* record) {
+    db.clearByFileName(record->fileName);
+    packageList->update(db, filter, groupFilter);
+    // Only GOOSE streams are asked about, also when SV streams remain: the
+    // range is recomputed from the remaining files as soon as one is added.
+    if (db.gooseProto.gooses.empty()) {
+        oscillographModel->start = 0.0;
+        oscillographModel->end = 0.0;
+        oscillographModel->duration = 0.0;
+    }
+}
+
+std::pair<Timest, Timest> TavNaModel::_getFileTimeRange(const std::string& path) const {
+    Timest begin{std::numeric_limits<std::uint32_t>::max(), 0};
+    Timest end{0, 0};
+    auto widen = [&](const auto& records) {
+        for (const auto& record : records)
+            for (const auto& file : record.files) {
+                if (file.path != path)
+                    continue;
+                begin = std::min(begin, file.getBeginTime());
+                end = std::max(end, file.getEndTime());
+            }
+    };
+    widen(db.svProto.svs);
+    widen(db.gooseProto.gooses);
+    return {end, begin};
+}
+
+bool TavNaModel::_checkFileTimeGap(const std::string& path) const {
+    const auto [endStamp, beginStamp] = _getFileTimeRange(path);
+    const double fileBegin = beginStamp.toSeconds();
+    const double fileEnd = endStamp.toSeconds();
+    const double curBegin = oscillographModel->start;
+    const double curEnd = oscillographModel->end;
+    const double gap = oscillographModel->gapSeconds;
+    // A file with no stream at all spans [4294967295 s, 0 s]: the first test
+    // refuses it beside any open range, the second never fires for it.
+    if (fileBegin > curEnd && fileBegin - curEnd > gap && curEnd != 0.0)
+        return false;
+    if (curBegin > fileEnd && curBegin - fileEnd > gap)
+        return false;
+    return true;
+}
+
+} // namespace TavNA

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "model/FileManagerModel.h"
+#include "model/GroupFilter.h"
+#include "model/OscillographModel.h"
+#include "model/PackageListModel.h"
+#include "platform/parser/Filter.h"
+#include "platform/parser/StreamRecords.h"
+#include "platform/parser/Timest.h"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <sigc++/connection.h>
+#include <sigc++/signal.h>
+#include <string>
+#include <thread>
+#include <utility>
+
+namespace TavNA {
+
+// How the capture model gets its frames: from opened files or from the wire.
+enum class Mode : std::int32_t { None = 0, Pcap = 1, Ethernet = 2 };
+
+// The capture model: the database of every open file, the list of those
+// files, the stream tree and the time range, and the one parse worker.
+//
+// The worker writes the database, the file list and the stream tree and emits
+// from its own thread; listeners that touch widgets hop to the interface
+// thread themselves. The interface thread must leave the database alone while
+// a worker runs: every operation that replaces or reads it first stops and
+// joins the worker.
+class TavNaModel {
+public:
+    TavNaModel();
+    TavNaModel(const TavNaModel&) = delete;
+    TavNaModel& operator=(const TavNaModel&) = delete;
+    ~TavNaModel();
+
+    // Switching to the active mode does nothing; the other one resets the model.
+    void setPcapMode();
+    void setEthernetMode();
+    Mode getMode() const { return mode; }
+
+    TavIec61850Parser::Db& getDb() { return db; }
+    TavIec61850Parser::Filter& getFilter() { return filter; }
+    GroupFilter& getGroupFilter() { return groupFilter; }
+    // Replaced on every reset: fetch them again on signalModeChanged.
+    FileManagerModel& getFileManagerModel() { return *fileManager; }
+    PackageListModel& getPackageListModel() { return *packageList; }
+    OscillographModel& getOscillographModel() { return *oscillographModel; }
+
+    // Stays true after a parse has finished, until the next parseFile or the
+    // end of the model: the worker is joined only then.
+    bool isParsing() const;
+    void stopParsing();
+    // A path already open is ignored; a parse that still runs is cancelled
+    // and awaited first.
+    void parseFile(const std::string& path);
+
+private:
+    std::unique_ptr<FileManagerModel> fileManager;
+    std::unique_ptr<PackageListModel> packageList;
+    std::unique_ptr<OscillographModel> oscillographModel;
+
+public:
+    sigc::signal<void(double)> signalProgress;
+    sigc::signal<void(const std::string&)> signalParseStarted;
+    sigc::signal<void(const std::string&)> signalParseFinished;
+    sigc::signal<void()> signalModeChanged;
+    sigc::signal<void(unsigned short, const std::string&)> signalMessage;
+
+private:
+    void _init();
+    void _run(const std::string& path);
+    void _stopWorker();
+    void _updateProgress(double value);
+    void _onFileRemoved(FileRecordModel* record);
+    // (latest end, earliest begin) over every stream's part of that file.
+    std::pair<TavIec61850Parser::Timest, TavIec61850Parser::Timest>
+    _getFileTimeRange(const std::string& path) const;
+    bool _checkFileTimeGap(const std::string& path) const;
+
+    TavIec61850Parser::Db db;
+    TavIec61850Parser::Filter filter;
+    GroupFilter groupFilter;
+    std::atomic<bool> stopRequested{false};
+    std::thread worker;
+    double progress = 0.0;
+    Mode mode = Mode::None;
+    sigc::connection fileRemovedConnection;
+};
+
+} // namespace TavNA
