@@ -1,0 +1,45 @@
+#include "presenter/TavNaMenuPresenter.h"
+
+#include "model/TavNaModel.h"
+#include "platform/common/Language.h"
+#include "platform/view/AboutWindowActivatorPresenter.h"
+#include "platform/view/FileDialogPresenter.h"
+#include "view/TavNaMenuView.h"
+
+namespace TavNA {
+
+TavNaMenuPresenter::TavNaMenuPresenter(TavNaModel& model)
+    : view(std::make_unique<TavNaMenuView>()), model(model) {
+    view->setHelpPath(helpPath());
+    view->signalOpenFileClicked.connect(
+        sigc::mem_fun(*this, &TavNaMenuPresenter::_onMenuOpenFileClicked));
+    view->signalAboutClicked.connect(
+        sigc::mem_fun(*this, &TavNaMenuPresenter::_onMenuAboutClicked));
+}
+
+TavNaMenuPresenter::~TavNaMenuPresenter() = default;
+
+Tav::IView* TavNaMenuPresenter::getView() {
+    return view.get();
+}
+
+// The document keeps one name in every language; only its folder differs.
+std::string TavNaMenuPresenter::helpPath() {
+    return "Help/" + lng::languageName() + "/" + "Главное окно программы" + ".pdf";
+}
+
+void TavNaMenuPresenter::_onMenuOpenFileClicked() {
+    // Frames come from the wire in that mode; there is nothing to open.
+    if (model.getMode() == Mode::Ethernet)
+        return;
+    const std::string path = Tav::FileDialogPresenter::show(
+        view.get(), "открыть PCAP файл", {{"pcap file (*.pcap)", "*.pcap"}}, false);
+    if (!path.empty())
+        model.parseFile(path);
+}
+
+void TavNaMenuPresenter::_onMenuAboutClicked() {
+    Tav::AboutWindowActivatorPresenter::show(view.get(), "Сетевой Анализатор", "1.0.0");
+}
+
+} // namespace TavNA

@@ -1,0 +1,175 @@
+#include "presenter/TavNaPresenter.h"
+
+#include "platform/common/Log.h"
+#include "platform/view/DialogPresenter.h"
+#include "platform/view/PanelManagerPresenter.h"
+#include "presenter/FileManagerPresenter.h"
+#include "presenter/PlaceholderPanelPresenter.h"
+#include "presenter/TavNaMenuPresenter.h"
+#include "presenter/TavNaStatusbarPresenter.h"
+#include "view/OscillographView.h"
+#include "view/TavNaView.h"
+
+#include <mutex>
+
+namespace TavNA {
+
+namespace {
+
+const char* const packageListTitle = "Список SV и GOOSE";
+const char* const descriptionTitle = "Описание";
+const char* const oscillographTitle = "Осциллограмма";
+const char* const filesTitle = "Файлы";
+
+} // namespace
+
+TavNaPresenter::TavNaPresenter()
+    : view(std::make_unique<TavNaView>()),
+      menuPresenter(std::make_unique<TavNaMenuPresenter>(model)),
+      statusbarPresenter(std::make_unique<TavNaStatusbarPresenter>(model)),
+      aliveToken(Tav::UpdateViewGuard::makeToken()) {
+    _init();
+    model.signalModeChanged.connect(sigc::mem_fun(*this, &TavNaPresenter::_onModeChanged));
+    // Both come from the parse worker, which may still run while the members
+    // go: the slots keep their own weak copy of the token and leave this
+    // presenter to the work they post.
+    const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken> alive = aliveToken;
+    model.signalMessage.connect([alive, this](unsigned short code, const std::string& text) {
+        _onMessage(alive, this, code, text);
+    });
+    model.signalParseFinished.connect(
+        [alive, this](const std::string& path) { _onParseFinished(alive, this, path); });
+}
+
+TavNaPresenter::~TavNaPresenter() {
+    closeConnection.disconnect();
+}
+
+std::shared_ptr<Tav::ShellDescriptor> TavNaPresenter::shellDescriptor() {
+    // Never freed before exit: the host may still hold copies while the
+    // module's last instance goes.
+    static std::once_flag once;
+    static std::shared_ptr<Tav::ShellDescriptor>* shared = nullptr;
+    std::call_once(once, [] {
+        shared = new std::shared_ptr<Tav::ShellDescriptor>(std::make_shared<Tav::ShellDescriptor>(
+            "Icons/Shell/NetworkAnalyzer_network_analyzer.png", "Сетевой Анализатор", true));
+    });
+    return *shared;
+}
+
+std::shared_ptr<Tav::ShellDescriptor> TavNaPresenter::descriptor() const {
+    return shellDescriptor();
+}
+
+Tav::IView* TavNaPresenter::getView() {
+    return view.get();
+}
+
+void TavNaPresenter::open(Tav::IView* parent) {
+    const std::shared_ptr<Tav::ShellDescriptor> shell = descriptor();
+    view->show(parent, shell->title());
+    closeConnection.disconnect();
+    closeConnection =
+        view->signalCloseRequest.connect(sigc::mem_fun(*this, &TavNaPresenter::_onClose));
+    signalOpened.emit();
+}
+
+void TavNaPresenter::openFiles(const std::vector<std::string>& paths) {
+    pendingFiles.insert(pendingFiles.end(), paths.begin(), paths.end());
+    if (!awaitingParse)
+        _openNextFile();
+}
+
+void TavNaPresenter::_init() {
+    panelManager = std::make_unique<Tav::PanelManagerPresenter>();
+    view->addHeader(menuPresenter->getView());
+    view->addWidget(panelManager->getView());
+    view->addFooter(statusbarPresenter->getView());
+
+    packageListPresenter = std::make_unique<PlaceholderPanelPresenter>(packageListTitle);
+    recordDescriptionPresenter = std::make_unique<PlaceholderPanelPresenter>(descriptionTitle);
+    oscillographView = std::make_unique<OscillographView>();
+
+    Tav::IPanelView* packageList =
+        _newPanel(packageListTitle, 0, packageListPresenter->getView(), nullptr);
+    if (packageList != nullptr)
+        packageList->setPreferredSize(300, 200);
+    _newPanel(descriptionTitle, 1, recordDescriptionPresenter->getView(), nullptr);
+    _newPanel(oscillographTitle, 3, oscillographView.get(), nullptr);
+
+    fileManagerPresenter.reset();
+    if (model.getMode() == Mode::Pcap) {
+        fileManagerPresenter = std::make_unique<FileManagerPresenter>(model.getFileManagerModel());
+        Tav::IPanelView* files =
+            _newPanel(filesTitle, 3, fileManagerPresenter->getView(), packageList);
+        if (files != nullptr)
+            files->setPreferredSize(300, 100);
+    }
+}
+
+Tav::IPanelView* TavNaPresenter::_newPanel(const std::string& title, int position,
+                                           Tav::IView* content, Tav::IPanelView* parent) {
+    if (content == nullptr)
+        return nullptr;
+    Tav::IPanelView* panel =
+        panelManager->newPanel(title, static_cast<Tav::Positions>(position), *content, parent);
+    if (panel != nullptr)
+        panel->setMinimumSize(0, 0);
+    return panel;
+}
+
+void TavNaPresenter::_onClose() {
+    signalClosed.emit();
+}
+
+void TavNaPresenter::_onModeChanged() {
+    // Files queued for opening belong to the model that has just been reset.
+    pendingFiles.clear();
+    awaitingParse = false;
+    _init();
+}
+
+// The code is carried but every message is shown the same way.
+void TavNaPresenter::_onMessage(const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive,
+                                TavNaPresenter* self, unsigned short, const std::string& text) {
+    const std::string message = text;
+    Tav::UpdateViewGuard::safeBeginUpdateView(alive, [self, message] {
+        Tav::DialogPresenter::show(self->view.get(), message, "",
+                                   static_cast<Tav::DialogResult>(16));
+    });
+}
+
+void TavNaPresenter::_onParseFinished(
+    const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive, TavNaPresenter* self,
+    const std::string& path) {
+    const std::string finished = path;
+    Tav::UpdateViewGuard::safeBeginUpdateView(
+        alive, [self, finished] { self->_onOpenFinished(finished); });
+}
+
+void TavNaPresenter::_onOpenFinished(const std::string& path) {
+    if (model.getMode() == Mode::Pcap && model.getFileManagerModel().isExists(path))
+        TavLog::Log::writeInfo("Файл открыт: " + path);
+    awaitingParse = false;
+    _openNextFile();
+}
+
+// A path that is already open starts no parse and so would never finish:
+// it is passed over here instead of waited for.
+void TavNaPresenter::_openNextFile() {
+    if (model.getMode() != Mode::Pcap) {
+        pendingFiles.clear();
+        return;
+    }
+    while (!pendingFiles.empty()) {
+        const std::string path = pendingFiles.front();
+        pendingFiles.pop_front();
+        if (model.getFileManagerModel().isExists(path))
+            continue;
+        awaitingParse = true;
+        model.parseFile(path);
+        return;
+    }
+}
+
+} // namespace TavNA

@@ -1,0 +1,101 @@
+#include "presenter/TavNaStatusbarPresenter.h"
+
+#include "model/TavNaModel.h"
+#include "view/TavNaStatusbarView.h"
+
+namespace TavNA {
+
+TavNaStatusbarPresenter::TavNaStatusbarPresenter(TavNaModel& model)
+    : view(std::make_unique<TavNaStatusbarView>()), model(model),
+      aliveToken(Tav::UpdateViewGuard::makeToken()) {
+    // The worker's signals are followed by slots that are never cut and never
+    // touch this presenter themselves: a cut while the worker emits would race
+    // it, and the presenter may already be gone when a late emission comes.
+    // Only the work they post, which the token guards, reaches the view.
+    const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken> alive = aliveToken;
+    TavNaStatusbarView* bar = view.get();
+    model.signalProgress.connect([alive, bar](double value) { _postProgress(alive, bar, value); });
+    model.signalParseFinished.connect(
+        [alive, bar](const std::string&) { _postOpenFinished(alive, bar); });
+    model.signalParseStarted.connect(
+        sigc::mem_fun(*this, &TavNaStatusbarPresenter::onBeforeOpenFile));
+    model.signalModeChanged.connect(sigc::mem_fun(*this, &TavNaStatusbarPresenter::_onModeChanged));
+    view->signalCancelLoad.connect(sigc::mem_fun(*this, &TavNaStatusbarPresenter::_onCancelLoad));
+    view->signalModeSwitched.connect(
+        sigc::mem_fun(*this, &TavNaStatusbarPresenter::_onModeSwitched));
+    _onModeChanged();
+}
+
+TavNaStatusbarPresenter::~TavNaStatusbarPresenter() = default;
+
+Tav::IView* TavNaStatusbarPresenter::getView() {
+    return view.get();
+}
+
+void TavNaStatusbarPresenter::updateProgress(double value) {
+    _postProgress(aliveToken, view.get(), value);
+}
+
+void TavNaStatusbarPresenter::onBeforeOpenFile(const std::string& path) {
+    view->setFileName(path);
+    view->showProgress(true);
+    view->showCancelLoadButton(true);
+}
+
+void TavNaStatusbarPresenter::onAfterOpenFile(const std::string&) {
+    _postOpenFinished(aliveToken, view.get());
+}
+
+void TavNaStatusbarPresenter::_postProgress(
+    const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive, TavNaStatusbarView* bar,
+    double value) {
+    Tav::UpdateViewGuard::safeBeginUpdateView(alive, [bar, value] { bar->updateProgress(value); });
+}
+
+void TavNaStatusbarPresenter::_postOpenFinished(
+    const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive, TavNaStatusbarView* bar) {
+    Tav::UpdateViewGuard::safeBeginUpdateView(alive, [bar] {
+        bar->setFileName("");
+        bar->showProgress(false);
+        bar->showCancelLoadButton(false);
+    });
+}
+
+void TavNaStatusbarPresenter::reset() {
+    view->reset();
+}
+
+void TavNaStatusbarPresenter::setMode(const std::string& mode) {
+    view->setMode(mode);
+}
+
+void TavNaStatusbarPresenter::showProgress(bool visible) {
+    view->showProgress(visible);
+}
+
+// The bar goes only when the model reports the end of the open.
+void TavNaStatusbarPresenter::_onCancelLoad() {
+    model.stopParsing();
+}
+
+void TavNaStatusbarPresenter::_onModeSwitched(bool active) {
+    if (active)
+        model.setEthernetMode();
+    else
+        model.setPcapMode();
+}
+
+void TavNaStatusbarPresenter::_onModeChanged() {
+    switch (model.getMode()) {
+    case Mode::Pcap:
+        view->setMode("PCAP");
+        break;
+    case Mode::Ethernet:
+        view->setMode("ETHERNET");
+        break;
+    default:
+        break;
+    }
+}
+
+} // namespace TavNA

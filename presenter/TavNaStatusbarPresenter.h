@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/view/IPresenter.h"
+#include "platform/view/UpdateViewGuard.h"
+
+#include <memory>
+#include <string>
+
+namespace TavNA {
+
+class TavNaModel;
+class TavNaStatusbarView;
+
+// Progress and mode of the capture model. Progress and the end of a parse
+// arrive on the parse worker; they reach the bar only through the interface
+// thread's queue.
+class TavNaStatusbarPresenter : public Tav::IPresenter {
+public:
+    explicit TavNaStatusbarPresenter(TavNaModel& model);
+    ~TavNaStatusbarPresenter() override;
+
+    Tav::IView* getView() override;
+
+    void updateProgress(double value);
+    // Called on the interface thread, when the parse starts.
+    void onBeforeOpenFile(const std::string& path);
+    void onAfterOpenFile(const std::string& path);
+    void reset();
+    void setMode(const std::string& mode);
+    void showProgress(bool visible);
+
+private:
+    void _onCancelLoad();
+    void _onModeSwitched(bool active);
+    void _onModeChanged();
+    // Callable on the worker: the view is touched only by the posted work.
+    static void _postProgress(const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive,
+                              TavNaStatusbarView* bar, double value);
+    static void _postOpenFinished(const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive,
+                                  TavNaStatusbarView* bar);
+
+    std::unique_ptr<TavNaStatusbarView> view;
+    TavNaModel& model;
+    std::shared_ptr<Tav::UpdateViewGuard::LifetimeToken> aliveToken;
+};
+
+} // namespace TavNA

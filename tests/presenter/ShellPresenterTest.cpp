@@ -1,0 +1,315 @@
+// The module's root presenter with its real model, real captures, the real
+// parse worker and real widgets on a real main loop.
+#include "model/TavNaModel.h"
+#include "platform/common/Language.h"
+#include "platform/common/Log.h"
+#include "platform/view/PanelManagerPresenter.h"
+#include "presenter/FileManagerPresenter.h"
+#include "presenter/FileRecordPresenter.h"
+#include "presenter/TavNaMenuPresenter.h"
+#include "presenter/TavNaPresenter.h"
+#include "presenter/TavNaStatusbarPresenter.h"
+#include "tests/platform/view/DialogAnswer.h"
+#include "tests/support/GuiTest.h"
+#include "tests/support/TestCaptures.h"
+#include "view/FileManagerView.h"
+#include "view/FileRecordView.h"
+#include "view/TavNaMenuView.h"
+#include "view/TavNaStatusbarView.h"
+#include "view/TavNaView.h"
+
+#include <gtest/gtest.h>
+#include <gtkmm/filechooserdialog.h>
+#include <gtkmm/messagedialog.h>
+
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace TavNA;
+using namespace std::chrono_literals;
+
+const std::string goose3 = "goose_3pub_interlocking_vlan0_451frames.pcap";
+const std::string sv8 = "sv_gen_8streams_4000loops_novlan.pcap";
+const std::string goose8 = "goose_ge-f650_8frames.pcap";
+
+// Every message box that comes up is counted, its text kept, and answered.
+class MessageBoxes {
+public:
+    MessageBoxes() {
+        watch = Glib::signal_timeout().connect(
+            [this] {
+                for (Gtk::Window* window : Gtk::Window::list_toplevels()) {
+                    auto* box = dynamic_cast<Gtk::MessageDialog*>(window);
+                    if (box == nullptr || !box->get_mapped())
+                        continue;
+                    texts.push_back(box->property_text().get_value());
+                    box->response(Gtk::RESPONSE_OK);
+                }
+                return true;
+            },
+            20);
+    }
+    ~MessageBoxes() { watch.disconnect(); }
+
+    std::vector<std::string> texts;
+
+private:
+    sigc::connection watch;
+};
+
+// Long enough to load that a click right after the start lands mid-parse.
+const std::string& largeCapture() {
+    static const std::string path = [] {
+        const std::string p = TavTest::tempDir() + "/large.pcap";
+        TavTest::runGenerator({p, "--sv", "8", "--duration", "20"});
+        return p;
+    }();
+    return path;
+}
+
+std::string readAll(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+class ShellTest : public ::testing::Test {
+protected:
+    ShellTest() {
+        shell->signalOpened.connect([this] { ++opened; });
+        shell->open(nullptr);
+    }
+
+    std::vector<std::string> panelTitles() {
+        std::vector<std::string> titles;
+        for (Tav::IPanelView* panel : shell->getPanelManager().panels())
+            titles.push_back(panel->title());
+        return titles;
+    }
+    TavNaStatusbarView& bar() {
+        return dynamic_cast<TavNaStatusbarView&>(*shell->getStatusbarPresenter().getView());
+    }
+    TavNaModel& model() { return shell->getModel(); }
+    size_t rows() { return shell->getFileManagerPresenter()->rows().size(); }
+
+    // Opens one file and waits until the bar has gone again.
+    void load(const std::string& path) {
+        model().parseFile(path);
+        ASSERT_TRUE(TavTest::pumpUntil([&] { return !bar().progressBar().get_visible(); }, 60s));
+    }
+
+    std::unique_ptr<TavNaPresenter> shell = std::make_unique<TavNaPresenter>();
+    int opened = 0;
+};
+
+TEST_F(ShellTest, OpensItsWindowWithMenuPanelsAndStatusBar) {
+    EXPECT_EQ(opened, 1);
+    TavNaView& window = shell->getMainView();
+    EXPECT_TRUE(window.get_visible());
+    EXPECT_EQ(window.get_title(), "Сетевой Анализатор");
+    EXPECT_EQ(
+        window.headerBox().get_children(),
+        std::vector<Gtk::Widget*>{dynamic_cast<Gtk::Widget*>(shell->getMenuPresenter().getView())});
+    EXPECT_EQ(window.bodyBox().get_children(), std::vector<Gtk::Widget*>{dynamic_cast<Gtk::Widget*>(
+                                                   shell->getPanelManager().getView())});
+    EXPECT_EQ(window.footerBox().get_children(), std::vector<Gtk::Widget*>{&bar()});
+    EXPECT_EQ(panelTitles(), (std::vector<std::string>{"Список SV и GOOSE", "Описание",
+                                                       "Осциллограмма", "Файлы"}));
+    EXPECT_EQ(bar().modeLabel().get_text(), "PCAP");
+
+    const auto descriptor = shell->descriptor();
+    EXPECT_EQ(descriptor->title(), "Сетевой Анализатор");
+    EXPECT_EQ(descriptor->iconPath(), "Icons/Shell/NetworkAnalyzer_network_analyzer.png");
+    EXPECT_EQ(descriptor, TavNaPresenter::shellDescriptor());
+
+    int closes = 0;
+    shell->signalClosed.connect([&] { ++closes; });
+    window.close();
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return closes == 1; }));
+    EXPECT_TRUE(window.get_visible());
+}
+
+TEST_F(ShellTest, ModeSwitchRebuildsThePanelsWithFilesOnlyInPcapMode) {
+    load(TavTest::sharedCapture(goose8));
+    ASSERT_EQ(model().getFileManagerModel().size(), 1u);
+
+    bar().modeSwitch().set_active(true); // as the user flips it
+    EXPECT_EQ(model().getMode(), Mode::Ethernet);
+    EXPECT_EQ(bar().modeLabel().get_text(), "ETHERNET");
+    EXPECT_EQ(panelTitles(),
+              (std::vector<std::string>{"Список SV и GOOSE", "Описание", "Осциллограмма"}));
+    EXPECT_EQ(shell->getFileManagerPresenter(), nullptr);
+    EXPECT_EQ(shell->getMainView().bodyBox().get_children().size(), 1u);
+
+    bar().modeSwitch().set_active(false);
+    EXPECT_EQ(model().getMode(), Mode::Pcap);
+    EXPECT_EQ(panelTitles().back(), "Файлы");
+    EXPECT_EQ(model().getFileManagerModel().size(), 0u);
+    TavTest::pumpPending();
+    EXPECT_EQ(rows(), 0u);
+}
+
+TEST_F(ShellTest, OpenAsksForACaptureOnlyInPcapMode) {
+    auto& menu = dynamic_cast<TavNaMenuView&>(*shell->getMenuPresenter().getView());
+    const std::string chosen = TavTest::sharedCapture(goose8);
+    int choosers = 0;
+    std::string title;
+    TavTest::answerNextDialog<Gtk::FileChooserDialog>(
+        [&](Gtk::FileChooserDialog& d) -> std::optional<int> {
+            if (choosers == 0) {
+                ++choosers;
+                title = d.get_title();
+                d.set_filename(chosen);
+            }
+            if (d.get_filename() != chosen)
+                return std::nullopt; // its folder is still loading
+            return Gtk::RESPONSE_ACCEPT;
+        });
+    menu.openItem().activate();
+    EXPECT_EQ(choosers, 1);
+    EXPECT_EQ(title, "открыть PCAP файл");
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return rows() == 1; }, 60s));
+
+    bar().modeSwitch().set_active(true);
+    bool asked = false;
+    TavTest::answerNextDialog<Gtk::FileChooserDialog>(
+        [&](Gtk::FileChooserDialog&) -> std::optional<int> {
+            asked = true;
+            return Gtk::RESPONSE_CANCEL;
+        });
+    menu.openItem().activate();
+    TavTest::pumpFor(200ms);
+    EXPECT_FALSE(asked);
+    EXPECT_FALSE(bar().progressBar().get_visible());
+}
+
+TEST_F(ShellTest, StatusBarShowsTheFileAndItsProgressWhileItLoads) {
+    const std::string path = TavTest::sharedCapture(sv8);
+    std::vector<double> fractions;
+    bar().progressBar().property_fraction().signal_changed().connect(
+        [&] { fractions.push_back(bar().progressBar().get_fraction()); });
+
+    model().parseFile(path);
+    EXPECT_TRUE(bar().progressBar().get_visible());
+    EXPECT_TRUE(bar().cancelLoadButton().get_visible());
+    EXPECT_EQ(bar().progressBar().get_text(), sv8);
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return !bar().progressBar().get_visible(); }, 60s));
+
+    EXPECT_FALSE(bar().cancelLoadButton().get_visible());
+    EXPECT_EQ(bar().progressBar().get_text(), "");
+    ASSERT_FALSE(fractions.empty());
+    EXPECT_DOUBLE_EQ(fractions.back(), 1.0);
+    EXPECT_TRUE(model().getFileManagerModel().isExists(path));
+}
+
+TEST_F(ShellTest, CancelStopsTheLoadOfALargeCapture) {
+    const std::string& path = largeCapture();
+    double highest = 0.0;
+    bar().progressBar().property_fraction().signal_changed().connect(
+        [&] { highest = std::max(highest, bar().progressBar().get_fraction()); });
+
+    model().parseFile(path);
+    ASSERT_TRUE(bar().cancelLoadButton().get_visible());
+    bar().cancelLoadButton().clicked();
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return !bar().progressBar().get_visible(); }, 60s));
+
+    EXPECT_LT(highest, 1.0);
+    EXPECT_FALSE(bar().cancelLoadButton().get_visible());
+    EXPECT_EQ(model().getFileManagerModel().size(), 0u);
+    TavTest::pumpPending();
+    EXPECT_EQ(rows(), 0u);
+}
+
+TEST_F(ShellTest, FileListHasARowPerFileAndItsButtonRemovesTheFile) {
+    const std::string first = TavTest::sharedCapture(goose3);
+    const std::string second = TavTest::sharedCapture(goose8);
+    shell->openFiles({first, second, first}); // one after another; the repeat is passed over
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return rows() == 2; }, 60s));
+    TavTest::pumpFor(100ms);
+    EXPECT_EQ(rows(), 2u);
+
+    const auto& presenters = shell->getFileManagerPresenter()->rows();
+    auto& firstRow = dynamic_cast<FileRecordView&>(*presenters[0]->getView());
+    EXPECT_EQ(firstRow.nameButtonWidget().get_label(), goose3);
+    EXPECT_EQ(
+        dynamic_cast<FileRecordView&>(*presenters[1]->getView()).nameButtonWidget().get_label(),
+        goose8);
+
+    firstRow.removeButtonWidget().clicked();
+    EXPECT_FALSE(model().getFileManagerModel().isExists(first));
+    EXPECT_TRUE(model().getFileManagerModel().isExists(second));
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return rows() == 1; }));
+    auto& panel = dynamic_cast<FileManagerView&>(*shell->getFileManagerPresenter()->getView());
+    EXPECT_EQ(panel.rows().get_child_at(0, 0), nullptr);
+    EXPECT_NE(panel.rows().get_child_at(0, 1), nullptr);
+}
+
+TEST_F(ShellTest, EachTimeGapRefusalShowsOneDialogWithItsText) {
+    MessageBoxes boxes;
+    // The range of an open capture recorded around 1 s after the epoch.
+    OscillographModel& range = model().getOscillographModel();
+    range.start = 1.0;
+    range.end = 2.0;
+    range.duration = 1.0;
+    const std::string path = TavTest::sharedCapture(goose3);
+
+    load(path);
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return !boxes.texts.empty(); }));
+    TavTest::pumpFor(200ms);
+    ASSERT_EQ(boxes.texts.size(), 1u);
+    EXPECT_EQ(boxes.texts[0], "У файла " + path +
+                                  " разрыв с текущим временным диапазоном больше 60 сек. "
+                                  "Если необходимо откройте файл отдельно.");
+    EXPECT_FALSE(model().getFileManagerModel().isExists(path));
+    EXPECT_EQ(rows(), 0u);
+
+    // Refused, the file is not open, so trying again is refused again.
+    load(path);
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return boxes.texts.size() == 2; }));
+    EXPECT_EQ(boxes.texts[1], boxes.texts[0]);
+}
+
+TEST_F(ShellTest, AMessageForAPresenterThatIsGoneIsDropped) {
+    MessageBoxes boxes;
+    shell->getModel().signalMessage.emit(0, "late");
+    shell.reset();
+    TavTest::pumpFor(200ms);
+    EXPECT_TRUE(boxes.texts.empty());
+}
+
+TEST_F(ShellTest, ClosingDuringALoadWaitsForTheWorker) {
+    const std::string log = TavTest::tempDir() + "/closing.log";
+    TavLog::Log::setFilePath(log);
+    model().parseFile(largeCapture());
+    shell.reset();
+    TavTest::pumpFor(100ms); // what the worker posted meanwhile is dropped
+    TavLog::Log::setFilePath("");
+
+    const std::string text = readAll(log);
+    const auto waiting = text.find("Ожидание завершения потока парсинга");
+    const auto joined = text.find("Поток парсинга завершен");
+    const auto ended = text.find("Завершение работы Сетевого Анализатора");
+    ASSERT_NE(waiting, std::string::npos) << text;
+    ASSERT_NE(joined, std::string::npos) << text;
+    ASSERT_NE(ended, std::string::npos) << text;
+    EXPECT_LT(waiting, joined);
+    EXPECT_LT(joined, ended);
+}
+
+// The document keeps its name in both languages; only its folder changes.
+TEST(TavNaMenuPresenter, HelpDocumentFollowsTheInterfaceLanguage) {
+    const int saved = lng::language;
+    lng::language = 1;
+    EXPECT_EQ(TavNaMenuPresenter::helpPath(), "Help/ru-RU/Главное окно программы.pdf");
+    lng::language = 0;
+    EXPECT_EQ(TavNaMenuPresenter::helpPath(), "Help/en-US/Главное окно программы.pdf");
+    lng::language = saved;
+}
+
+} // namespace

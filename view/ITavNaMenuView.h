@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/view/IView.h"
+
+#include <sigc++/signal.h>
+#include <string>
+
+namespace TavNA {
+
+// The menu bar: opening a capture, the help document and the about box.
+class ITavNaMenuView : public Tav::IView {
+public:
+    sigc::signal<void()> signalOpenFileClicked;
+    sigc::signal<void()> signalAboutClicked;
+
+    // The document the help item opens, relative to the working folder.
+    virtual void setHelpPath(const std::string& path) = 0;
+};
+
+} // namespace TavNA

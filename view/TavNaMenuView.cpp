@@ -1,0 +1,50 @@
+#include "view/TavNaMenuView.h"
+
+#include "platform/view/HelpView.h"
+
+namespace TavNA {
+
+TavNaMenuView::TavNaMenuView() {
+    _initializeView();
+}
+
+void TavNaMenuView::setHelpPath(const std::string& path) {
+    help = path;
+}
+
+void TavNaMenuView::_initializeView() {
+    set_hexpand(true);
+    set_size_request(-1, 50);
+    get_style_context()->add_class("menubar");
+
+    fileMenu.append(openFile);
+    fileTop.set_submenu(fileMenu);
+    append(fileTop);
+
+    helpMenu.append(about);
+    helpMenu.append(helpDocument);
+    helpTop.set_submenu(helpMenu);
+    append(helpTop);
+
+    openFile.signal_activate().connect(
+        sigc::mem_fun(*this, &TavNaMenuView::_onMenuOpenFileClicked));
+    about.signal_activate().connect(sigc::mem_fun(*this, &TavNaMenuView::_onMenuAboutClicked));
+    helpDocument.signal_activate().connect(
+        sigc::mem_fun(*this, &TavNaMenuView::_onMenuHelpClicked));
+    show_all();
+}
+
+void TavNaMenuView::_onMenuOpenFileClicked() {
+    signalOpenFileClicked.emit();
+}
+
+void TavNaMenuView::_onMenuAboutClicked() {
+    signalAboutClicked.emit();
+}
+
+// Help needs nothing of the model, so the view answers it alone.
+void TavNaMenuView::_onMenuHelpClicked() {
+    Tav::HelpView::show(this, help);
+}
+
+} // namespace TavNA

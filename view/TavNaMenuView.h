@@ -1,0 +1,39 @@
+#pragma once
+
+#include "view/ITavNaMenuView.h"
+
+#include <gtkmm/menu.h>
+#include <gtkmm/menubar.h>
+#include <gtkmm/menuitem.h>
+
+namespace TavNA {
+
+class TavNaMenuView : public ITavNaMenuView, public Gtk::MenuBar {
+public:
+    TavNaMenuView();
+
+    void setHelpPath(const std::string& path) override;
+    const std::string& helpPath() const { return help; }
+
+    // The items, for those who drive the menu without a pointer.
+    Gtk::MenuItem& openItem() { return openFile; }
+    Gtk::MenuItem& aboutItem() { return about; }
+    Gtk::MenuItem& helpItem() { return helpDocument; }
+
+private:
+    void _initializeView();
+    void _onMenuOpenFileClicked();
+    void _onMenuAboutClicked();
+    void _onMenuHelpClicked();
+
+    std::string help;
+    Gtk::MenuItem fileTop{"Файл"};
+    Gtk::Menu fileMenu;
+    Gtk::MenuItem openFile{"Открыть"};
+    Gtk::MenuItem helpTop{"Помощь"};
+    Gtk::Menu helpMenu;
+    Gtk::MenuItem about{"О программе"};
+    Gtk::MenuItem helpDocument{"Помощь"};
+};
+
+} // namespace TavNA
