@@ -25,13 +25,17 @@ TavNaModel::TavNaModel()
 }
 
 TavNaModel::~TavNaModel() {
+    shutdownWorker();
+    Log::writeInfo("Завершение работы Сетевого Анализатора");
+}
+
+void TavNaModel::shutdownWorker() {
     stopRequested.exchange(true);
     if (worker.joinable()) {
         Log::writeInfo("Ожидание завершения потока парсинга");
         worker.join();
         Log::writeInfo("Поток парсинга завершен");
     }
-    Log::writeInfo("Завершение работы Сетевого Анализатора");
 }
 
 void TavNaModel::setPcapMode() {

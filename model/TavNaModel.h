@@ -57,6 +57,10 @@ public:
     // A path already open is ignored; a parse that still runs is cancelled
     // and awaited first.
     void parseFile(const std::string& path);
+    // Stops and awaits a worker, logging the wait, as the destructor does. An
+    // owner calls it before its listeners go, so that the worker never emits
+    // into an object that is being destroyed.
+    void shutdownWorker();
 
 private:
     std::unique_ptr<FileManagerModel> fileManager;

@@ -4,7 +4,9 @@
 #include "platform/view/DialogPresenter.h"
 #include "platform/view/PanelManagerPresenter.h"
 #include "presenter/FileManagerPresenter.h"
-#include "presenter/PlaceholderPanelPresenter.h"
+#include "presenter/OscillographPresenter.h"
+#include "presenter/PackageListPresenter.h"
+#include "presenter/RecordDescriptionPresenter.h"
 #include "presenter/TavNaMenuPresenter.h"
 #include "presenter/TavNaStatusbarPresenter.h"
 #include "view/OscillographView.h"
@@ -41,8 +43,11 @@ TavNaPresenter::TavNaPresenter()
         [alive, this](const std::string& path) { _onParseFinished(alive, this, path); });
 }
 
+// The panel presenters listen to signals the worker emits and go before the
+// model does: the worker must have ended first.
 TavNaPresenter::~TavNaPresenter() {
     closeConnection.disconnect();
+    model.shutdownWorker();
 }
 
 std::shared_ptr<Tav::ShellDescriptor> TavNaPresenter::shellDescriptor() {
@@ -86,16 +91,17 @@ void TavNaPresenter::_init() {
     view->addWidget(panelManager->getView());
     view->addFooter(statusbarPresenter->getView());
 
-    packageListPresenter = std::make_unique<PlaceholderPanelPresenter>(packageListTitle);
-    recordDescriptionPresenter = std::make_unique<PlaceholderPanelPresenter>(descriptionTitle);
-    oscillographView = std::make_unique<OscillographView>();
+    packageListPresenter = std::make_unique<PackageListPresenter>(model.getPackageListModel());
+    recordDescriptionPresenter =
+        std::make_unique<RecordDescriptionPresenter>(model.getPackageListModel());
+    oscillographPresenter = std::make_unique<OscillographPresenter>(model);
 
     Tav::IPanelView* packageList =
         _newPanel(packageListTitle, 0, packageListPresenter->getView(), nullptr);
     if (packageList != nullptr)
         packageList->setPreferredSize(300, 200);
     _newPanel(descriptionTitle, 1, recordDescriptionPresenter->getView(), nullptr);
-    _newPanel(oscillographTitle, 3, oscillographView.get(), nullptr);
+    _newPanel(oscillographTitle, 3, oscillographPresenter->getView(), nullptr);
 
     fileManagerPresenter.reset();
     if (model.getMode() == Mode::Pcap) {

@@ -21,8 +21,9 @@ class TavNaView;
 class TavNaMenuPresenter;
 class TavNaStatusbarPresenter;
 class FileManagerPresenter;
-class PlaceholderPanelPresenter;
-class OscillographView;
+class PackageListPresenter;
+class RecordDescriptionPresenter;
+class OscillographPresenter;
 
 // The module's root: the one object the host creates. Owns the main window,
 // the capture model and every presenter, and rebuilds the panels whenever the
@@ -69,11 +70,9 @@ private:
     std::unique_ptr<TavNaStatusbarPresenter> statusbarPresenter;
     std::shared_ptr<Tav::UpdateViewGuard::LifetimeToken> aliveToken;
     std::unique_ptr<Tav::PanelManagerPresenter> panelManager;
-    // The stream list and the description stand in until their presenters
-    // exist; the oscillograph shows its real widget, still without data.
-    std::unique_ptr<PlaceholderPanelPresenter> packageListPresenter;
-    std::unique_ptr<PlaceholderPanelPresenter> recordDescriptionPresenter;
-    std::unique_ptr<OscillographView> oscillographView;
+    std::unique_ptr<PackageListPresenter> packageListPresenter;
+    std::unique_ptr<RecordDescriptionPresenter> recordDescriptionPresenter;
+    std::unique_ptr<OscillographPresenter> oscillographPresenter;
     std::unique_ptr<FileManagerPresenter> fileManagerPresenter;
     std::deque<std::string> pendingFiles;
     // A file handed over by openFiles is being parsed; the next waits for it.

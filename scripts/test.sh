@@ -4,6 +4,21 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 jobs=$(nproc)
 only=${1:-}
+summary=$(mktemp)
+trap 'rm -f "$summary"' EXIT
+
+# Runs ctest and keeps its count for the closing line.
+run_ctest() {
+    local out
+    out=$(mktemp)
+    set +e
+    ctest "$@" 2>&1 | tee "$out"
+    local rc=${PIPESTATUS[0]}
+    set -e
+    grep -E '^[0-9]+% tests passed, [0-9]+ tests failed out of [0-9]+' "$out" >> "$summary" || true
+    rm -f "$out"
+    return "$rc"
+}
 
 want() { [ -z "$only" ] || [ "$only" = "$1" ]; }
 
@@ -16,7 +31,7 @@ configure_and_build() { # dir, cmake flags...
 if want main; then
     echo "== main build: every test"
     configure_and_build build -DCMAKE_BUILD_TYPE=RelWithDebInfo
-    ctest --test-dir build --output-on-failure -j "$jobs"
+    run_ctest --test-dir build --output-on-failure -j "$jobs"
 fi
 
 if want asan; then
@@ -24,7 +39,7 @@ if want asan; then
     configure_and_build build-asan -DCMAKE_BUILD_TYPE=Debug -DTAVNA_LAYERS=parser \
         -DTAVNA_SANITIZE=address,undefined -DTAVNA_BENCH=OFF
     ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1 \
-        ctest --test-dir build-asan --output-on-failure -j "$jobs"
+        run_ctest --test-dir build-asan --output-on-failure -j "$jobs"
 fi
 
 if want tsan; then
@@ -32,7 +47,7 @@ if want tsan; then
     configure_and_build build-tsan -DCMAKE_BUILD_TYPE=Debug -DTAVNA_LAYERS=core \
         -DTAVNA_SANITIZE=thread -DTAVNA_BENCH=OFF
     TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" \
-        ctest --test-dir build-tsan --output-on-failure -j "$jobs" -L threads
+        run_ctest --test-dir build-tsan --output-on-failure -j "$jobs" -L threads
 fi
 
 if want fuzz; then
@@ -41,3 +56,6 @@ if want fuzz; then
         -DCMAKE_CXX_COMPILER=clang++ -DTAVNA_FUZZ=ON -DTAVNA_TESTS=ON -DTAVNA_BENCH=OFF
     bash scripts/fuzz.sh build-fuzz
 fi
+
+# One closing line over every suite that ran.
+awk '{ failed += $4; total += $NF } END { if (total > 0) printf "all suites: %d passed, %d failed\n", total - failed, failed }' "$summary"

@@ -5,11 +5,13 @@
 #include "platform/parser/PcapReader.h"
 #include "platform/parser/PcapngReader.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace TavIec61850Parser {
 
@@ -72,20 +74,35 @@ OpenCapture& openCapture(const std::string& path, const struct stat& st,
     return f;
 }
 
+// Bytes read with a record header in the same call: enough for any frame of
+// these protocols, so that a frame costs one read instead of two.
+constexpr std::size_t kRecordReadAhead = 256;
+
 void readPcapRecord(const OpenCapture& f, std::uint64_t offset, std::uint64_t fileSize,
                     std::vector<std::uint8_t>& buffer) {
     if (offset < kPcapFileHeaderSize || fileSize - offset < kPcapRecordHeaderSize)
         noFrame(f.path, offset);
-    std::uint8_t header[kPcapRecordHeaderSize];
-    readExactly(f, header, sizeof header, offset);
+    std::uint8_t chunk[kPcapRecordHeaderSize + kRecordReadAhead];
+    const std::size_t want =
+        static_cast<std::size_t>(std::min<std::uint64_t>(sizeof chunk, fileSize - offset));
+    const ssize_t got = ::pread(f.fd, chunk, want, static_cast<off_t>(offset));
+    if (got < 0)
+        throw ParseError(f.path, std::string("cannot read: ") + std::strerror(errno));
+    if (static_cast<std::size_t>(got) < kPcapRecordHeaderSize)
+        noFrame(f.path, offset);
     const bool big = f.pcap->bigEndian;
-    std::uint32_t captured = ByteReader::load32(header + 8, big);
-    std::uint32_t original = ByteReader::load32(header + 12, big);
+    std::uint32_t captured = ByteReader::load32(chunk + 8, big);
+    std::uint32_t original = ByteReader::load32(chunk + 12, big);
     // Bytes from the middle of a frame rarely pass for a record header, and
     // the frame decoders check the rest.
     if (!plausibleRecord(captured, original) ||
         captured > fileSize - offset - kPcapRecordHeaderSize)
         noFrame(f.path, offset);
+    const std::size_t ahead = static_cast<std::size_t>(got) - kPcapRecordHeaderSize;
+    if (captured <= ahead) {
+        buffer.assign(chunk + kPcapRecordHeaderSize, chunk + kPcapRecordHeaderSize + captured);
+        return;
+    }
     buffer.resize(captured);
     readExactly(f, buffer.data(), captured, offset + kPcapRecordHeaderSize);
 }
@@ -118,8 +135,10 @@ void readPcapngBlock(const OpenCapture& f, std::uint64_t offset, std::uint64_t f
 
 } // namespace
 
-void FrameReader::read(const std::string& path, std::uint64_t offset,
-                       std::vector<std::uint8_t>& buffer) {
+namespace {
+
+// The open file, after making sure it is still the one that was parsed.
+std::pair<const OpenCapture*, FileVersion> openUnchanged(const std::string& path) {
     struct stat st {};
     if (::stat(path.c_str(), &st) != 0)
         throw ParseError(path, "the file is gone");
@@ -127,13 +146,38 @@ void FrameReader::read(const std::string& path, std::uint64_t offset,
                           st.st_mtim.tv_sec * 1'000'000'000LL + st.st_mtim.tv_nsec};
     if (auto parsed = FileRegistry::lookup(path); parsed && !(*parsed == now))
         throw ParseError(path, "the file has changed since it was parsed");
-    const OpenCapture& f = openCapture(path, st, now);
+    return {&openCapture(path, st, now), now};
+}
+
+void readAt(const OpenCapture& f, const FileVersion& now, std::uint64_t offset,
+            std::vector<std::uint8_t>& buffer) {
     if (offset >= now.size)
-        noFrame(path, offset);
+        noFrame(f.path, offset);
     if (f.pcap)
         readPcapRecord(f, offset, now.size, buffer);
     else
         readPcapngBlock(f, offset, now.size, buffer);
+}
+
+} // namespace
+
+void FrameReader::read(const std::string& path, std::uint64_t offset,
+                       std::vector<std::uint8_t>& buffer) {
+    const auto [f, now] = openUnchanged(path);
+    readAt(*f, now, offset, buffer);
+}
+
+void FrameReader::readEach(
+    const std::string& path, const std::vector<std::uint64_t>& offsets,
+    const std::function<void(std::size_t, std::vector<std::uint8_t>&)>& use) {
+    if (offsets.empty())
+        return;
+    const auto [f, now] = openUnchanged(path);
+    thread_local std::vector<std::uint8_t> buffer;
+    for (std::size_t i = 0; i < offsets.size(); ++i) {
+        readAt(*f, now, offsets[i], buffer);
+        use(i, buffer);
+    }
 }
 
 } // namespace TavIec61850Parser

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,12 @@ public:
     // The frame's captured bytes; `buffer` holds them.
     static void read(const std::string& path, std::uint64_t offset,
                      std::vector<std::uint8_t>& buffer);
+    // Several frames of one file with a single check of the file for all of
+    // them: `use` gets each frame's place in `offsets` and its bytes, which
+    // are valid only during the call. `use` must not read frames itself: the
+    // open file is shared per thread.
+    static void readEach(const std::string& path, const std::vector<std::uint64_t>& offsets,
+                         const std::function<void(std::size_t, std::vector<std::uint8_t>&)>& use);
 };
 
 } // namespace TavIec61850Parser

@@ -28,4 +28,19 @@ std::vector<ASDUData> SvParser::parseASDUFromFile(const std::string& path,
     }
 }
 
+void SvParser::parseASDUsFromFile(
+    const std::string& path, const std::vector<std::uint64_t>& offsets,
+    const std::function<void(std::size_t, std::vector<ASDUData>&)>& use) {
+    FrameReader::readEach(path, offsets, [&](std::size_t i, std::vector<std::uint8_t>& frame) {
+        std::vector<ASDUData> asdus;
+        try {
+            asdus = parseASDUFromFrame(frame.data(), frame.size());
+        } catch (const MalformedFrame& e) {
+            throw ParseError(path, "no SV frame at byte " + std::to_string(offsets[i]) + " (" +
+                                       e.what() + ")");
+        }
+        use(i, asdus);
+    });
+}
+
 } // namespace TavIec61850Parser

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -42,6 +43,12 @@ public:
     // parsed, or holds no SV frame there.
     static std::vector<ASDUData> parseASDUFromFile(const std::string& path,
                                                    unsigned long long offset);
+    // The same for several frames of one file, which is checked once for all
+    // of them; `use` gets each frame's place in `offsets` and its ASDUs, and
+    // must not read frames itself.
+    static void
+    parseASDUsFromFile(const std::string& path, const std::vector<std::uint64_t>& offsets,
+                       const std::function<void(std::size_t, std::vector<ASDUData>&)>& use);
 
     // Decodes every ASDU of one Ethernet frame. Throws MalformedFrame when the
     // bytes are not a well-formed SV frame.

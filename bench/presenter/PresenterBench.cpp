@@ -1,0 +1,151 @@
+// tavna-bench-presenter: the cost of one oscillograph redraw with eight SV
+// channels ticked and a whole 5 s, 8-stream capture visible at 1920 px.
+#include "presenter/OscillographPresenter.h"
+#include "presenter/PackageListPresenter.h"
+
+#include <benchmark/benchmark.h>
+#include <glibmm/main.h>
+#include <gtkmm/main.h>
+#include <gtkmm/window.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using namespace TavNA;
+
+constexpr int kPlotWidth = 1920;
+
+void writeCaptureOnce(const std::string& path) {
+    if (std::filesystem::exists(path))
+        return;
+    const std::string tmp = path + ".part";
+    const std::string cmd =
+        std::string("'") + TAVNA_GEN_PATH + "' '" + tmp + "' --sv 8 --duration 5 > /dev/null";
+    if (std::system(cmd.c_str()) != 0) {
+        std::fprintf(stderr, "tavna-gen failed\n");
+        std::exit(1);
+    }
+    std::filesystem::rename(tmp, path);
+}
+
+bool pumpUntil(const std::function<bool()>& done) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (!done() && std::chrono::steady_clock::now() < deadline)
+        if (!Gtk::Main::iteration(false))
+            usleep(1000);
+    while (Gtk::Main::events_pending())
+        Gtk::Main::iteration(false);
+    return done();
+}
+
+// The module's panels on a loaded capture, eight channels ticked.
+struct Scene {
+    TavNaModel model;
+    PackageListPresenter list{model.getPackageListModel()};
+    OscillographPresenter scope{model};
+    Gtk::Window window;
+    double duration = 0.0;
+
+    Scene() {
+        std::atomic<bool> updated{false};
+        sigc::connection c =
+            model.getPackageListModel().signalUpdated.connect([&] { updated = true; });
+        model.parseFile(TAVNA_BENCH_CAPTURE);
+        if (!pumpUntil([&] { return updated.load(); }))
+            fail("the capture did not load");
+        c.disconnect();
+
+        window.set_default_size(kPlotWidth + 200, 600);
+        window.add(scope.getViewObj());
+        window.show_all();
+        auto& view = scope.getViewObj();
+        for (int attempt = 0; attempt < 5 && view.getPixelWidth() != kPlotWidth; ++attempt) {
+            pumpUntil([&] { return view.getPixelWidth() > 0; });
+            window.resize(window.get_width() + kPlotWidth - view.getPixelWidth(), 600);
+            pumpUntil([&] { return view.getPixelWidth() == kPlotWidth; });
+        }
+        if (view.getPixelWidth() != kPlotWidth)
+            fail("the plot is not 1920 px wide");
+
+        for (const auto& stream : list.getSvStreams()) {
+            stream->getViewObj()->nameButton().clicked();
+            stream->getChannelsPresenter()
+                .getEntries()
+                .at(0)
+                ->getViewObj()
+                .checkButton()
+                .set_active(true);
+        }
+        if (scope.getSvSelection().size() != 8)
+            fail("eight channels are not ticked");
+        duration = model.getOscillographModel().duration;
+    }
+
+    [[noreturn]] static void fail(const char* why) {
+        std::fprintf(stderr, "%s\n", why);
+        std::exit(1);
+    }
+
+    // The visible window changed: the presenter redraws before this returns.
+    void redraw() { scope.getViewObj().setSeriesRange(0.0, duration); }
+
+    std::size_t points() const {
+        std::size_t n = 0;
+        for (const auto& [channel, group] : scope.getSvSelection())
+            n += channel->getSerie().points.size();
+        return n;
+    }
+};
+
+Scene* scene = nullptr;
+
+void BM_RedrawEightSvChannels(benchmark::State& state) {
+    for (auto _ : state)
+        scene->redraw();
+    state.counters["points"] = static_cast<double>(scene->points());
+}
+BENCHMARK(BM_RedrawEightSvChannels)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(5)
+    ->Repetitions(9)
+    ->ReportAggregatesOnly(true);
+
+// Widgets need a display: without one, run again inside a private X server.
+[[noreturn]] void reexecUnderXvfb(int argc, char** argv) {
+    setenv("TAVNA_UNDER_XVFB", "1", 1);
+    char screen[] = "-screen 0 2400x1200x24 -nolisten tcp";
+    std::vector<char*> args{const_cast<char*>("xvfb-run"), const_cast<char*>("-a"),
+                            const_cast<char*>("-s"), screen};
+    args.insert(args.end(), argv, argv + argc);
+    args.push_back(nullptr);
+    execvp(args[0], args.data());
+    perror("xvfb-run");
+    std::exit(127);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const char* display = std::getenv("DISPLAY");
+    if ((display == nullptr || *display == '\0') && std::getenv("TAVNA_UNDER_XVFB") == nullptr)
+        reexecUnderXvfb(argc, argv);
+    setenv("GTK_THEME", "Adwaita", 1);
+    setenv("NO_AT_BRIDGE", "1", 1);
+    writeCaptureOnce(TAVNA_BENCH_CAPTURE);
+    benchmark::Initialize(&argc, argv);
+    Gtk::Main kit(argc, argv);
+    Scene loaded;
+    scene = &loaded;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

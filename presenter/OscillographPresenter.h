@@ -1,0 +1,96 @@
+#pragma once
+
+#include "model/GooseGroup.h"
+#include "model/SvGroup.h"
+#include "model/TavNaModel.h"
+#include "platform/parser/Timest.h"
+#include "platform/view/IPresenter.h"
+#include "platform/view/UpdateViewGuard.h"
+#include "view/OscillographView.h"
+
+#include <atomic>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace TavNA {
+
+// Draws the ticked channels over the visible window, reading each drawn frame
+// from its capture file again on every redraw, and keeps the time range of
+// the open files.
+class OscillographPresenter : public Tav::IPresenter {
+public:
+    using SvSelection = std::vector<std::pair<SvChannel*, SvGroup*>>;
+    using GooseSelection = std::vector<std::pair<GooseChannel*, GooseGroup*>>;
+
+    explicit OscillographPresenter(TavNaModel& model);
+    OscillographPresenter(const OscillographPresenter&) = delete;
+    OscillographPresenter& operator=(const OscillographPresenter&) = delete;
+    ~OscillographPresenter() override;
+
+    Tav::IView* getView() override;
+    OscillographView& getViewObj() { return *view; }
+    const SvSelection& getSvSelection() const { return svSelection; }
+    const GooseSelection& getGooseSelection() const { return gooseSelection; }
+
+    static TavIec61850Parser::Timest _getTimestFromSec(double s);
+
+private:
+    // What one redraw needs to know of the window.
+    struct Window {
+        double from = 0.0; // seconds after the model's start
+        double to = 0.0;
+        double modelStart = 0.0;
+        TavIec61850Parser::Timest fromStamp;
+        TavIec61850Parser::Timest toStamp;
+        std::size_t budget = 0;
+        // The first frame that could not be read again, reported once a redraw.
+        std::optional<std::string> readFailure;
+    };
+
+    void _onGroupSelected(const IGroup* group);
+    void _onSvChannelSelected(SvChannel* channel, SvGroup* group);
+    void _onSvChannelUnSelected(SvChannel* channel, SvGroup* group);
+    void _onGooseChannelSelected(GooseChannel* channel, GooseGroup* group);
+    void _onGooseChannelUnSelected(GooseChannel* channel, GooseGroup* group);
+    void _onFileAdded(FileRecordModel* record);
+    void _onFileRemoved(FileRecordModel* record);
+    void _onBeforeFileRemoved(FileRecordModel* record);
+    void _onFileManagerUpdated();
+    void _onPixelWidthChanged(int width);
+    void _onSeriesRangeChanged(float from, float to);
+    void _onTreeReplaced();
+    void _onParseStarted(const std::string& path);
+    void _resume();
+
+    void _postTimeRangeUpdate();
+    void _updateTimeRange();
+    void _dropSelections();
+    void _draw();
+    void _drawSv(SvChannel& channel, const SvGroup& group, Window& window);
+    void _drawGoose(GooseChannel& channel, const GooseGroup& group, Window& window);
+    template <typename Selection, typename DrawOne>
+    void _drawSelection(Selection& selection, Window& window, DrawOne drawOne);
+
+    SvSelection svSelection;
+    GooseSelection gooseSelection;
+    std::unique_ptr<OscillographView> view;
+    TavNaModel& model;
+    bool drawnOnce = false;
+    std::shared_ptr<Tav::UpdateViewGuard::LifetimeToken> liveness;
+    // Set from whatever thread replaces the stream tree; the selections then
+    // point into freed channels and must not be read again.
+    std::atomic<bool> treeReplaced{false};
+    std::thread::id uiThread;
+    // From the start of a parse until the worker has rebuilt the stream tree,
+    // the worker writes the database and then frees the channels: nothing is
+    // drawn or read meanwhile, and a range update waits for the end.
+    bool suspended = false;
+    bool rangeStale = false;
+};
+
+} // namespace TavNA

@@ -1,0 +1,67 @@
+#include "presenter/PackageListPresenter.h"
+
+#include <sigc++/functors/mem_fun.h>
+#include <string>
+
+namespace TavNA {
+
+PackageListPresenter::PackageListPresenter(PackageListModel& model)
+    : model(model), view(std::make_unique<PackageListView>()),
+      updateGuard(Tav::UpdateViewGuard::makeToken()) {
+    updatedConnection =
+        model.signalUpdated.connect(sigc::mem_fun(*this, &PackageListPresenter::_onModelUpdated));
+}
+
+// The model may outlive the panel; the worker must not call into a dead one.
+PackageListPresenter::~PackageListPresenter() {
+    updatedConnection.disconnect();
+}
+
+Tav::IView* PackageListPresenter::getView() {
+    return view.get();
+}
+
+// Raised on the parse worker: widgets are touched only by the posted rebuild.
+void PackageListPresenter::_onModelUpdated() {
+    Tav::UpdateViewGuard::safeBeginUpdateView(updateGuard, [this] { _rebuild(); });
+}
+
+void PackageListPresenter::_rebuild() {
+    view->clear();
+    auto& svGroups = model.getSvProto().getGroups();
+    if (!svGroups.empty()) {
+        view->setSVproto("SV (" + std::to_string(svGroups.size()) + ")");
+        _addStreams(model.getSvProto(), svStreams, svConnections, &IPackageListView::addSvStream);
+    }
+    auto& gooseGroups = model.getGooseProto().getGroups();
+    if (!gooseGroups.empty()) {
+        view->setGooseProto("GOOSE (" + std::to_string(gooseGroups.size()) + ")");
+        _addStreams(model.getGooseProto(), gooseStreams, gooseConnections,
+                    &IPackageListView::addGooseStream);
+    }
+}
+
+template <typename Presenter, typename Proto>
+void PackageListPresenter::_addStreams(Proto& proto,
+                                       std::vector<std::unique_ptr<Presenter>>& presenters,
+                                       Tav::PointerConnectionsDispatcher& connections,
+                                       void (IPackageListView::*addStream)(Tav::IView*)) {
+    for (const auto& group : proto.getGroups().getItems()) {
+        presenters.push_back(std::make_unique<Presenter>(*group));
+        Presenter& stream = *presenters.back();
+        connections.connect(&stream, stream.signalSelected.connect(
+                                         sigc::mem_fun(*this, &PackageListPresenter::_onSelected)));
+        (view.get()->*addStream)(stream.getView());
+    }
+}
+
+// The earlier pick is unmarked even when it is the same entry: the entry marks
+// itself again right after this returns.
+void PackageListPresenter::_onSelected(ISelectable* item, const IGroup* group) {
+    if (selectedItem != nullptr)
+        selectedItem->unselect();
+    selectedItem = item;
+    model.select(group);
+}
+
+} // namespace TavNA

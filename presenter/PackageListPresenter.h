@@ -1,0 +1,55 @@
+#pragma once
+
+#include "model/PackageListModel.h"
+#include "platform/common/PointerConnectionsDispatcher.h"
+#include "platform/view/IPresenter.h"
+#include "platform/view/UpdateViewGuard.h"
+#include "presenter/GooseStreamPresenter.h"
+#include "presenter/SvStreamPresenter.h"
+#include "view/PackageListView.h"
+
+#include <memory>
+#include <vector>
+
+namespace TavNA {
+
+// The stream list: rebuilt on every model update, at most one stream picked.
+class PackageListPresenter : public Tav::IPresenter {
+public:
+    explicit PackageListPresenter(PackageListModel& model);
+    PackageListPresenter(const PackageListPresenter&) = delete;
+    PackageListPresenter& operator=(const PackageListPresenter&) = delete;
+    ~PackageListPresenter() override;
+
+    Tav::IView* getView() override;
+    PackageListView& getViewObj() { return *view; }
+    const std::vector<std::unique_ptr<SvStreamPresenter>>& getSvStreams() const {
+        return svStreams;
+    }
+    const std::vector<std::unique_ptr<GooseStreamPresenter>>& getGooseStreams() const {
+        return gooseStreams;
+    }
+
+private:
+    void _onModelUpdated();
+    void _rebuild();
+    void _onSelected(ISelectable* item, const IGroup* group);
+    template <typename Presenter, typename Proto>
+    void _addStreams(Proto& proto, std::vector<std::unique_ptr<Presenter>>& presenters,
+                     Tav::PointerConnectionsDispatcher& connections,
+                     void (IPackageListView::*addStream)(Tav::IView*));
+
+    PackageListModel& model;
+    std::unique_ptr<PackageListView> view;
+    // Entries of earlier updates are kept on purpose until the list goes; their
+    // views have already left the panel.
+    std::vector<std::unique_ptr<SvStreamPresenter>> svStreams;
+    std::vector<std::unique_ptr<GooseStreamPresenter>> gooseStreams;
+    std::shared_ptr<Tav::UpdateViewGuard::LifetimeToken> updateGuard;
+    Tav::PointerConnectionsDispatcher svConnections;
+    Tav::PointerConnectionsDispatcher gooseConnections;
+    ISelectable* selectedItem = nullptr;
+    sigc::connection updatedConnection;
+};
+
+} // namespace TavNA

@@ -1,0 +1,40 @@
+#include "presenter/RecordDescriptionPresenter.h"
+
+#include <sigc++/functors/mem_fun.h>
+
+namespace TavNA {
+
+RecordDescriptionPresenter::RecordDescriptionPresenter(PackageListModel& model)
+    : model(model), view(std::make_unique<RecordDescriptionView>()) {
+    selectedConnection = model.signalGroupSelected.connect(
+        sigc::mem_fun(*this, &RecordDescriptionPresenter::_onGroupSelected));
+}
+
+RecordDescriptionPresenter::~RecordDescriptionPresenter() {
+    selectedConnection.disconnect();
+}
+
+// Each section is filled before it is shown, so it never flashes old values.
+void RecordDescriptionPresenter::_onGroupSelected(const IGroup* group) {
+    view->clear();
+    if (group == nullptr)
+        return;
+    if (const auto* svGroup = dynamic_cast<const SvGroup*>(group)) {
+        ethernet.fillSvGroup(svGroup);
+        view->setView(ethernet.getView());
+        sv.fill(svGroup);
+        view->setView(sv.getView());
+        other.fillSvGroup(svGroup);
+    } else if (const auto* gooseGroup = dynamic_cast<const GooseGroup*>(group)) {
+        ethernet.fillGooseGroup(gooseGroup);
+        view->setView(ethernet.getView());
+        goose.fill(gooseGroup);
+        view->setView(goose.getView());
+        other.fillGooseGroup(gooseGroup);
+    } else {
+        return;
+    }
+    view->setView(other.getView());
+}
+
+} // namespace TavNA

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "model/PackageListModel.h"
+#include "platform/view/IPresenter.h"
+#include "presenter/EthernetDescPresenter.h"
+#include "presenter/GooseDescPresenter.h"
+#include "presenter/OtherDescPresenter.h"
+#include "presenter/SvDescPresenter.h"
+#include "view/RecordDescriptionView.h"
+
+#include <memory>
+#include <sigc++/connection.h>
+
+namespace TavNA {
+
+// Describes the picked stream: Ethernet, its protocol, then the package count.
+class RecordDescriptionPresenter : public Tav::IPresenter {
+public:
+    explicit RecordDescriptionPresenter(PackageListModel& model);
+    RecordDescriptionPresenter(const RecordDescriptionPresenter&) = delete;
+    RecordDescriptionPresenter& operator=(const RecordDescriptionPresenter&) = delete;
+    ~RecordDescriptionPresenter() override;
+
+    Tav::IView* getView() override { return view.get(); }
+    RecordDescriptionView& getViewObj() { return *view; }
+    EthernetDescPresenter& getEthernet() { return ethernet; }
+    SvDescPresenter& getSv() { return sv; }
+    GooseDescPresenter& getGoose() { return goose; }
+    OtherDescPresenter& getOther() { return other; }
+
+private:
+    void _onGroupSelected(const IGroup* group);
+
+    [[maybe_unused]] PackageListModel& model;
+    std::unique_ptr<RecordDescriptionView> view;
+    EthernetDescPresenter ethernet;
+    SvDescPresenter sv;
+    GooseDescPresenter goose;
+    OtherDescPresenter other;
+    sigc::connection selectedConnection;
+};
+
+} // namespace TavNA

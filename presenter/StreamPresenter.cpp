@@ -1,0 +1,151 @@
+#include "presenter/StreamPresenter.h"
+
+#include "model/Converters.h"
+#include "platform/common/Log.h"
+#include "platform/parser/GooseParser.h"
+#include "platform/parser/ParseError.h"
+#include "platform/parser/SvParser.h"
+
+#include <array>
+#include <sigc++/functors/mem_fun.h>
+
+namespace TavNA {
+
+namespace {
+
+template <typename Record> std::string ethernetLines(const Record& record) {
+    return "Src mac: " + record.srcMac + "\nDst mac: " + record.dstMac +
+           "\nAppId: " + Converters::intToHexString(record.appId);
+}
+
+// The first frame of the stream: first file, first package; nothing known
+// gives an empty path, which the parser refuses.
+template <typename Record> std::pair<std::string, unsigned long long> firstFrame(const Record& r) {
+    if (r.files.empty())
+        return {"", 0};
+    const auto& file = *r.files.begin();
+    return {file.path, file.packages.empty() ? 0 : file.packages.front().offset};
+}
+
+} // namespace
+
+template <> std::string SvStreamTraits::caption(const Record& record, std::int32_t count) {
+    return record.dstMac + " " + record.svId + " | " + Converters::formatNumberReadable(count);
+}
+
+template <> std::string SvStreamTraits::tooltip(const Record& record, std::int32_t count) {
+    return ethernetLines(record) + "\nSvId: " + record.svId +
+           "\nPkgCount: " + std::to_string(count);
+}
+
+template <>
+std::size_t SvStreamTraits::readValueCount(const std::string& path, unsigned long long offset) {
+    const auto asdus = TavIec61850Parser::SvParser::parseASDUFromFile(path, offset);
+    return asdus.empty() ? 0 : asdus.front().values.size();
+}
+
+template <> void SvStreamTraits::nameChannels(Group& group, const Record& record) {
+    using Source = TavRelay::AnalogChannelSourceType;
+    using Phase = TavCalculate::Phase;
+    static const std::array<const char*, 8> names{"Ia", "Ib", "Ic", "In", "Ua", "Ub", "Uc", "Un"};
+    const auto& items = group.getChannels().getItems();
+    const std::size_t k = items.size();
+    const std::string suffix = " | " + record.svId;
+    int block = 0;
+    for (std::size_t i = 0; i < k; ++i) {
+        SvChannel& channel = *items[i];
+        std::string name = "Ia";
+        Source source = Source::Current;
+        Phase phase = Phase::A;
+        bool numbered = false;
+        if (k == 3) {
+            name = names[i];
+            phase = static_cast<Phase>(i);
+        } else if (k % 4 == 0) {
+            // Past the eighth value the current/voltage pattern repeats.
+            source = static_cast<Source>((i / 4) % 2);
+            phase = static_cast<Phase>(i % 4);
+            name = names[i % 8];
+            // The first channel of each later block carries the block number and
+            // the svID in its name too; the check box shows it that way.
+            numbered = i > 7 && i % 8 == 0;
+            if (numbered)
+                name += std::to_string(++block) + suffix;
+        }
+        channel.setIndex(i);
+        channel.setSourceType(source);
+        channel.setPhase(phase);
+        channel.setName(name);
+        channel.setDescription(numbered ? name : name + suffix);
+    }
+}
+
+template <> std::string GooseStreamTraits::caption(const Record& record, std::int32_t count) {
+    return record.dstMac + " " + record.goId + " | " + Converters::formatNumberReadable(count);
+}
+
+template <> std::string GooseStreamTraits::tooltip(const Record& record, std::int32_t count) {
+    return ethernetLines(record) + "\ngoId: " + record.goId + "\nGoCbRef: " + record.gocbRef +
+           "\nPkgCount: " + std::to_string(count);
+}
+
+template <>
+std::size_t GooseStreamTraits::readValueCount(const std::string& path, unsigned long long offset) {
+    using TavIec61850Parser::GooseParser;
+    const auto pdu = GooseParser::parseGoosePDUFromFile(path, offset);
+    return GooseParser::parseBooleanValues(pdu.data).size();
+}
+
+template <> void GooseStreamTraits::nameChannels(Group& group, const Record& record) {
+    for (const auto& channel : group.getChannels().getItems()) {
+        const std::string name = std::to_string(channel->getIndex() + 1);
+        channel->setName(name);
+        channel->setDescription(name + " | " + record.goId);
+    }
+}
+
+template <typename Traits>
+StreamPresenter<Traits>::StreamPresenter(Group& group)
+    : group(group), view(std::make_unique<View>()) {
+    const auto& record = *group.getRecords().back();
+    const auto count = static_cast<std::int32_t>(packageCount(record));
+    view->setName(Traits::caption(record, count));
+    view->setNameTooltip(Traits::tooltip(record, count));
+    view->addView(channels.getView());
+    view->signalSelected.connect(sigc::mem_fun(*this, &StreamPresenter::_onSelected));
+}
+
+template <typename Traits> void StreamPresenter<Traits>::_onSelected() {
+    _createChannels();
+    signalSelected.emit(view.get(), &group);
+}
+
+template <typename Traits> void StreamPresenter<Traits>::_createChannels() {
+    auto& collection = group.getChannels();
+    if (!collection.empty())
+        return;
+    const auto& record = *group.getRecords().back();
+    const auto [path, offset] = firstFrame(record);
+    std::size_t count = 0;
+    try {
+        count = Traits::readValueCount(path, offset);
+    } catch (const TavIec61850Parser::ParseError& error) {
+        // The file went away or changed since it was parsed: the stream stays
+        // pickable without channels, and the next pick tries again.
+        TavLog::Log::writeError(error.what());
+        return;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        auto& channel = collection.add(std::make_unique<typename Group::Channel>());
+        channel.setIndex(i);
+        channel.setName("");
+    }
+    Traits::nameChannels(group, record);
+    for (const auto& channel : collection.getItems())
+        channels.addView(channels.add(*channel).getView());
+}
+
+template class StreamPresenter<SvStreamTraits>;
+template class StreamPresenter<GooseStreamTraits>;
+
+} // namespace TavNA

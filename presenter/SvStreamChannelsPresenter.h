@@ -1,0 +1,10 @@
+#pragma once
+
+#include "presenter/StreamChannelsPresenter.h"
+
+namespace TavNA {
+
+class SvStreamChannelsPresenter final
+    : public StreamChannelsPresenter<SvStreamChannelPresenter, SvStreamChannelsView> {};
+
+} // namespace TavNA

@@ -1,0 +1,268 @@
+// Curves drawn from ticked channels: points re-read from the capture files,
+// thinned by a whole stride, GOOSE steps completed to the window's edges.
+#include "presenter/OscillographPresenter.h"
+#include "platform/common/Log.h"
+#include "presenter/PackageListPresenter.h"
+#include "tests/presenter/streams/LoadedModel.h"
+#include "tests/support/GuiTest.h"
+#include "tests/support/TestCaptures.h"
+
+#include <gtest/gtest.h>
+#include <gtkmm/window.h>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace TavNA;
+using namespace std::chrono_literals;
+using TavTest::generated;
+
+constexpr double captureStart = 1700000000.0;
+
+// The generator's first current: 100 A peak at 50 Hz in mA, 4000 samples a second.
+float rawCurrentA(long n) {
+    return static_cast<float>(
+        std::lround(100.0 * 1000.0 * std::sin(2.0 * M_PI * 50.0 * n / 4000.0)));
+}
+
+const std::string& svCapture() {
+    static const std::string path = generated("sv1-3s", {"--sv", "1", "--duration", "3"});
+    return path;
+}
+
+const std::string& gooseCapture() {
+    static const std::string path = generated(
+        "goose1-change1", {"--goose", "1", "--bools", "2", "--duration", "3", "--change", "1"});
+    return path;
+}
+
+class OscillographDrawing : public testing::Test {
+protected:
+    TavTest::LoadedModel loaded;
+    PackageListPresenter list{loaded.model.getPackageListModel()};
+    OscillographPresenter scope{loaded.model};
+    Gtk::Window window;
+
+    void SetUp() override {
+        window.set_default_size(1200, 400);
+        window.add(scope.getViewObj());
+        window.show_all();
+        setPlotWidth(1000);
+    }
+
+    void setPlotWidth(int width) {
+        auto& view = scope.getViewObj();
+        for (int attempt = 0; attempt < 5 && view.getPixelWidth() != width; ++attempt) {
+            window.resize(window.get_width() + width - view.getPixelWidth(), 400);
+            TavTest::pumpUntil([&] { return view.getPixelWidth() == width; }, 2s);
+        }
+        ASSERT_EQ(view.getPixelWidth(), width);
+    }
+
+    template <typename Presenter> auto& tick(Presenter& stream, std::size_t channel) {
+        stream.getViewObj()->nameButton().clicked();
+        stream.getChannelsPresenter()
+            .getEntries()
+            .at(channel)
+            ->getViewObj()
+            .checkButton()
+            .set_active(true);
+        return *stream.getModel().getChannels().getItems().at(channel);
+    }
+
+    // The window actually set, which the view may have clamped.
+    std::pair<double, double> showRange(double from, double to) {
+        scope.getViewObj().setSeriesRange(from, to);
+        double f = 0.0, t = 0.0;
+        scope.getViewObj().getSeriesRange(f, t);
+        return {f, t};
+    }
+};
+
+TEST_F(OscillographDrawing, SvCurveIsScaledAndThinnedByAWholeStride) {
+    loaded.open(svCapture());
+    auto& range = loaded.model.getOscillographModel();
+    EXPECT_DOUBLE_EQ(range.start, captureStart);
+    EXPECT_NEAR(range.duration, 11999 / 4000.0, 1e-6);
+
+    SvChannel& ia = tick(*list.getSvStreams().at(0), 0);
+    ASSERT_EQ(scope.getSvSelection().size(), 1u);
+    const float ratio = ia.getTransformRatio();
+    ASSERT_NE(ratio, 0.0f);
+
+    // The first 100 ms, under the budget, every frame drawn. The frame at
+    // 0.1 s itself falls out: the window's end, start + 0.1 in double,
+    // truncates to 99 999 904 ns.
+    const auto& points = ia.getSerie().points;
+    ASSERT_EQ(points.size(), 400u);
+    for (long n : {0L, 1L, 17L, 399L}) {
+        EXPECT_NEAR(points[n].x, n / 4000.0, 1e-6) << n;
+        EXPECT_FLOAT_EQ(points[n].y, rawCurrentA(n) * ratio) << n;
+    }
+
+    // 10 000 frames at 1000 px: every fifth, 2000 points.
+    showRange(0.0, 2.4998);
+    ASSERT_EQ(points.size(), 2000u);
+    for (long j : {0L, 1L, 999L, 1999L}) {
+        EXPECT_NEAR(points[j].x, 5 * j / 4000.0, 1e-6) << j;
+        EXPECT_FLOAT_EQ(points[j].y, rawCurrentA(5 * j) * ratio) << j;
+    }
+
+    // 3999 frames stay under 2 × 1000: no thinning.
+    const auto [from, to] = showRange(1.0, 1.0 + 3998 / 4000.0 + 1e-5);
+    EXPECT_NEAR(to - from, 0.9995, 1e-4);
+    EXPECT_EQ(points.size(), 3999u);
+
+    // A narrower plot is taken up only at the next redraw.
+    setPlotWidth(500);
+    EXPECT_EQ(points.size(), 3999u);
+    showRange(0.0, 2.4998);
+    EXPECT_EQ(points.size(), 1000u);
+
+    // Unticking drops the curve without a redraw.
+    list.getSvStreams()
+        .at(0)
+        ->getChannelsPresenter()
+        .getEntries()
+        .at(0)
+        ->getViewObj()
+        .checkButton()
+        .set_active(false);
+    EXPECT_TRUE(scope.getSvSelection().empty());
+    EXPECT_TRUE(points.empty());
+    EXPECT_FALSE(scope.getViewObj().isActive());
+}
+
+TEST_F(OscillographDrawing, BigFramesGiveTheirFirstSample) {
+    // Eight ASDUs of sixteen values: each frame well over a kilobyte.
+    loaded.open(generated("sv1-a8c16",
+                          {"--sv", "1", "--asdus", "8", "--channels", "16", "--duration", "0.2"}));
+    SvChannel& ia = tick(*list.getSvStreams().at(0), 0);
+    const auto& points = ia.getSerie().points;
+    ASSERT_EQ(points.size(), 50u);
+    for (long k : {0L, 1L, 49L}) {
+        EXPECT_NEAR(points[k].x, 8 * k / 4000.0, 1e-6) << k;
+        EXPECT_FLOAT_EQ(points[k].y, rawCurrentA(8 * k) * ia.getTransformRatio()) << k;
+    }
+}
+
+// The time of every frame of the first GOOSE stream, relative to the start.
+std::vector<double> gooseTimes(TavNaModel& model) {
+    std::vector<double> times;
+    for (const auto& record : model.getDb().gooseProto.gooses)
+        for (const auto& file : record.files)
+            for (const auto& p : file.packages)
+                times.push_back(p.time.toSeconds() - captureStart);
+    return times;
+}
+
+TEST_F(OscillographDrawing, GooseStepReachesBothEdges) {
+    loaded.open(gooseCapture());
+    GooseChannel& first = tick(*list.getGooseStreams().at(0), 0);
+    const auto& points = first.getSerie().points;
+
+    // Across the change at 1 s: the state before the window opens the curve.
+    const auto [from, to] = showRange(0.9, 1.1);
+    ASSERT_GE(points.size(), 3u);
+    EXPECT_EQ(points.front().x, static_cast<float>(from));
+    EXPECT_EQ(points.front().y, 0.0f);
+    EXPECT_EQ(points.back().x, static_cast<float>(to));
+    EXPECT_EQ(points.back().y, 1.0f);
+    for (std::size_t i = 1; i + 1 < points.size(); ++i) {
+        EXPECT_GE(points[i].x, from - 1e-6);
+        EXPECT_LE(points[i].x, to + 1e-6);
+        EXPECT_EQ(points[i].y, points[i].x >= 1.0f ? 1.0f : 0.0f) << points[i].x;
+    }
+
+    // A window between two retransmissions after the change: a flat line.
+    const auto times = gooseTimes(loaded.model);
+    std::size_t gap = 0;
+    while (gap + 1 < times.size() && !(times[gap] > 1.0 && times[gap + 1] - times[gap] > 0.2))
+        ++gap;
+    ASSERT_LT(gap + 1, times.size());
+    const auto [quietFrom, quietTo] = showRange(times[gap] + 0.05, times[gap + 1] - 0.05);
+    ASSERT_EQ(points.size(), 2u);
+    EXPECT_EQ(points[0].x, static_cast<float>(quietFrom));
+    EXPECT_EQ(points[1].x, static_cast<float>(quietTo));
+    EXPECT_EQ(points[0].y, 1.0f);
+    EXPECT_EQ(points[1].y, 1.0f);
+}
+
+TEST_F(OscillographDrawing, RemovingAFileTakesItsChannelsOut) {
+    loaded.open(svCapture());
+    loaded.open(gooseCapture());
+    // Each update adds a fresh entry per stream; the last ones are on show.
+    tick(*list.getSvStreams().back(), 2);
+    tick(*list.getGooseStreams().back(), 1);
+    ASSERT_EQ(scope.getSvSelection().size(), 1u);
+    ASSERT_TRUE(scope.getViewObj().isActive());
+
+    loaded.model.getFileManagerModel().remove(svCapture());
+    TavTest::pumpPending();
+    EXPECT_TRUE(scope.getSvSelection().empty());
+    EXPECT_FALSE(scope.getViewObj().isActive());
+    EXPECT_TRUE(loaded.model.getDb().svProto.svs.empty());
+    // The range now covers the GOOSE file alone.
+    EXPECT_NEAR(loaded.model.getOscillographModel().duration,
+                gooseTimes(loaded.model).back() - gooseTimes(loaded.model).front(), 1e-6);
+}
+
+std::size_t countLines(const std::string& path, const std::string& needle) {
+    std::ifstream in(path);
+    std::size_t count = 0;
+    for (std::string line; std::getline(in, line);)
+        count += line.find(needle) != std::string::npos;
+    return count;
+}
+
+TEST_F(OscillographDrawing, AVanishedFileDrawsNothingAndLogsOnce) {
+    const std::string copy = TavTest::tempDir() + "/vanishing.pcap";
+    std::filesystem::copy_file(svCapture(), copy,
+                               std::filesystem::copy_options::overwrite_existing);
+    loaded.open(copy);
+    SvChannel& ia = tick(*list.getSvStreams().at(0), 0);
+    ASSERT_FALSE(ia.getSerie().points.empty());
+
+    const std::string log = TavTest::tempDir() + "/vanishing.log";
+    TavLog::Log::setFilePath(log);
+    TavLog::Log::setEcho(false);
+    std::filesystem::remove(copy);
+    showRange(0.0, 2.0);
+    TavLog::Log::setFilePath("");
+    TavLog::Log::setEcho(true);
+
+    EXPECT_TRUE(ia.getSerie().points.empty());
+    EXPECT_EQ(countLines(log, "vanishing.pcap"), 1u);
+}
+
+TEST(OscillographUnshown, NoColumnsReadNothing) {
+    const std::string copy = TavTest::tempDir() + "/unshown.pcap";
+    std::filesystem::copy_file(svCapture(), copy,
+                               std::filesystem::copy_options::overwrite_existing);
+    TavTest::LoadedModel loaded;
+    PackageListPresenter list(loaded.model.getPackageListModel());
+    OscillographPresenter scope(loaded.model);
+    loaded.open(copy);
+    ASSERT_EQ(scope.getViewObj().getPixelWidth(), 0);
+
+    auto& stream = *list.getSvStreams().at(0);
+    stream.getViewObj()->nameButton().clicked();
+
+    // Were anything read, the missing file would show in the log.
+    const std::string log = TavTest::tempDir() + "/unshown.log";
+    TavLog::Log::setFilePath(log);
+    std::filesystem::remove(copy);
+    stream.getChannelsPresenter().getEntries().at(0)->getViewObj().checkButton().set_active(true);
+    TavLog::Log::setFilePath("");
+
+    EXPECT_EQ(scope.getSvSelection().size(), 1u);
+    EXPECT_TRUE(stream.getModel().getChannels().getItems()[0]->getSerie().points.empty());
+    EXPECT_EQ(countLines(log, "unshown.pcap"), 0u);
+}
+
+} // namespace

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "view/StreamView.h"
+
+namespace TavNA {
+
+class GooseStreamView final : public StreamView<IGooseStreamView> {};
+
+} // namespace TavNA

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "view/IStreamChannelView.h"
+
+namespace TavNA {
+
+class IGooseStreamChannelView : public IStreamChannelView {};
+
+} // namespace TavNA

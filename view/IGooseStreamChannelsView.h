@@ -1,0 +1,9 @@
+#pragma once
+
+#include "view/IStreamChannelsView.h"
+
+namespace TavNA {
+
+class IGooseStreamChannelsView : public IStreamChannelsView {};
+
+} // namespace TavNA

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/view/IView.h"
+
+#include <string>
+
+namespace TavNA {
+
+// The panel of SV and GOOSE streams: one section per protocol that has any.
+class IPackageListView : public Tav::IView {
+public:
+    ~IPackageListView() override = default;
+    virtual void setSVproto(const std::string& text) = 0;
+    virtual void setGooseProto(const std::string& text) = 0;
+    virtual void clear() = 0;
+    virtual void addSvStream(Tav::IView* view) = 0;
+    virtual void addGooseStream(Tav::IView* view) = 0;
+    virtual void unselectItems() = 0;
+};
+
+} // namespace TavNA

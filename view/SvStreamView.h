@@ -1,0 +1,9 @@
+#pragma once
+
+#include "view/StreamView.h"
+
+namespace TavNA {
+
+class SvStreamView final : public StreamView<ISvStreamView> {};
+
+} // namespace TavNA
