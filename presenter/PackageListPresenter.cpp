@@ -22,8 +22,13 @@ Tav::IView* PackageListPresenter::getView() {
 }
 
 // Raised on the parse worker: widgets are touched only by the posted rebuild.
+// A rebuild that a newer one overtook would walk a tree already freed.
 void PackageListPresenter::_onModelUpdated() {
-    Tav::UpdateViewGuard::safeBeginUpdateView(updateGuard, [this] { _rebuild(); });
+    const std::uint64_t generation = model.getGeneration();
+    Tav::UpdateViewGuard::safeBeginUpdateView(updateGuard, [this, generation] {
+        if (generation == model.getGeneration())
+            _rebuild();
+    });
 }
 
 void PackageListPresenter::_rebuild() {

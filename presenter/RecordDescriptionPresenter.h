@@ -2,6 +2,7 @@
 
 #include "model/PackageListModel.h"
 #include "platform/view/IPresenter.h"
+#include "platform/view/UpdateViewGuard.h"
 #include "presenter/EthernetDescPresenter.h"
 #include "presenter/GooseDescPresenter.h"
 #include "presenter/OtherDescPresenter.h"
@@ -10,6 +11,7 @@
 
 #include <memory>
 #include <sigc++/connection.h>
+#include <thread>
 
 namespace TavNA {
 
@@ -30,6 +32,7 @@ public:
 
 private:
     void _onGroupSelected(const IGroup* group);
+    void _show(const IGroup* group);
 
     [[maybe_unused]] PackageListModel& model;
     std::unique_ptr<RecordDescriptionView> view;
@@ -38,6 +41,8 @@ private:
     GooseDescPresenter goose;
     OtherDescPresenter other;
     sigc::connection selectedConnection;
+    std::shared_ptr<Tav::UpdateViewGuard::LifetimeToken> liveness;
+    std::thread::id uiThread;
 };
 
 } // namespace TavNA

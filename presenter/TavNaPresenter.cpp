@@ -12,6 +12,7 @@
 #include "view/OscillographView.h"
 #include "view/TavNaView.h"
 
+#include <gtkmm/widget.h>
 #include <mutex>
 
 namespace TavNA {
@@ -41,6 +42,7 @@ TavNaPresenter::TavNaPresenter()
     });
     model.signalParseFinished.connect(
         [alive, this](const std::string& path) { _onParseFinished(alive, this, path); });
+    model.signalParseStarted.connect(sigc::mem_fun(*this, &TavNaPresenter::_onParseStarted));
 }
 
 // The panel presenters listen to signals the worker emits and go before the
@@ -103,6 +105,11 @@ void TavNaPresenter::_init() {
     _newPanel(descriptionTitle, 1, recordDescriptionPresenter->getView(), nullptr);
     _newPanel(oscillographTitle, 3, oscillographPresenter->getView(), nullptr);
 
+    const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken> alive = aliveToken;
+    model.getPackageListModel().signalUpdated.connect([alive, this] {
+        Tav::UpdateViewGuard::safeBeginUpdateView(alive, [this] { _onTreeUpdated(); });
+    });
+
     fileManagerPresenter.reset();
     if (model.getMode() == Mode::Pcap) {
         fileManagerPresenter = std::make_unique<FileManagerPresenter>(model.getFileManagerModel());
@@ -156,8 +163,29 @@ void TavNaPresenter::_onParseFinished(
 void TavNaPresenter::_onOpenFinished(const std::string& path) {
     if (model.getMode() == Mode::Pcap && model.getFileManagerModel().isExists(path))
         TavLog::Log::writeInfo("Файл открыт: " + path);
+}
+
+// While the worker writes the database and replaces the stream tree, a pick
+// or a removal would read or change what it is writing.
+void TavNaPresenter::_onParseStarted(const std::string&) {
+    _setPanelsSensitive(false);
+}
+
+// Runs after the stream list's own rebuild for the same update, which was
+// posted first: only now may the next file's worker replace the tree again.
+void TavNaPresenter::_onTreeUpdated() {
+    _setPanelsSensitive(true);
+    if (!awaitingParse)
+        return;
     awaitingParse = false;
     _openNextFile();
+}
+
+void TavNaPresenter::_setPanelsSensitive(bool sensitive) {
+    for (Tav::IView* panel : {packageListPresenter ? packageListPresenter->getView() : nullptr,
+                              fileManagerPresenter ? fileManagerPresenter->getView() : nullptr})
+        if (auto* widget = dynamic_cast<Gtk::Widget*>(panel))
+            widget->set_sensitive(sensitive);
 }
 
 // A path that is already open starts no parse and so would never finish:
