@@ -1,5 +1,5 @@
 // The inspector's JSON writer, read back by the independent reader of the tests.
-#include "tools/inspect/JsonWriter.h"
+#include "tools/summary/JsonWriter.h"
 #include "tests/support/Json.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "tools/inspect/JsonWriter.h"
-#include "tools/inspect/Reports.h"
+#include "tools/summary/JsonWriter.h"
+#include "tools/summary/Reports.h"
 
 namespace TavInspect {
 

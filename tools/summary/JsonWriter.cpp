@@ -1,4 +1,4 @@
-#include "tools/inspect/JsonWriter.h"
+#include "tools/summary/JsonWriter.h"
 
 #include <cmath>
 #include <cstdio>

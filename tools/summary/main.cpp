@@ -1,5 +1,5 @@
 #include "platform/parser/ParseError.h"
-#include "tools/inspect/Reports.h"
+#include "tools/summary/Reports.h"
 
 #include <charconv>
 #include <iostream>

@@ -1,6 +1,6 @@
 #include "model/Converters.h"
-#include "tools/inspect/JsonWriter.h"
-#include "tools/inspect/Reports.h"
+#include "tools/summary/JsonWriter.h"
+#include "tools/summary/Reports.h"
 
 namespace TavInspect {
 

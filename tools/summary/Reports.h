@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/inspect/StreamTable.h"
+#include "tools/summary/StreamTable.h"
 
 #include <ostream>
 

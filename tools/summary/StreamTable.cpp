@@ -1,4 +1,4 @@
-#include "tools/inspect/StreamTable.h"
+#include "tools/summary/StreamTable.h"
 
 #include <algorithm>
 #include <cstdio>

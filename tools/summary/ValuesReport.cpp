@@ -1,6 +1,6 @@
 #include "platform/parser/GooseParser.h"
 #include "platform/parser/SvParser.h"
-#include "tools/inspect/Reports.h"
+#include "tools/summary/Reports.h"
 
 #include <cmath>
 #include <cstdio>
