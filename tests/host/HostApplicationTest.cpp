@@ -4,22 +4,13 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <sys/wait.h>
 
 namespace {
 
 namespace fs = std::filesystem;
 
-std::string quote(const std::string& s) {
-    std::string q = "'";
-    for (char c : s)
-        q += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return q + "'";
-}
+using TavTest::shellQuote;
 
 struct HostRun {
     int exitCode = -1;
@@ -33,33 +24,17 @@ HostRun runHost(const std::vector<std::string>& env, const std::vector<std::stri
     const std::string state = TavTest::tempDir() + "/state";
     std::string cmd =
         prefix +
-        "env -u TAVNA_MODULE TAVNA_NO_DIALOGS=1 NO_AT_BRIDGE=1 XDG_STATE_HOME=" + quote(state);
+        "env -u TAVNA_MODULE TAVNA_NO_DIALOGS=1 NO_AT_BRIDGE=1 XDG_STATE_HOME=" + shellQuote(state);
     for (const auto& e : env)
-        cmd += " " + quote(e);
+        cmd += " " + shellQuote(e);
     // A host that hangs must fail the test, not stall it.
-    cmd += " timeout 60 " + quote(exe);
+    cmd += " timeout 60 " + shellQuote(exe);
     for (const auto& a : args)
-        cmd += " " + quote(a);
+        cmd += " " + shellQuote(a);
     cmd += " 2>&1";
     HostRun run;
-    FILE* pipe = popen(cmd.c_str(), "r");
-    if (pipe == nullptr)
-        return run;
-    std::array<char, 4096> buf{};
-    size_t n = 0;
-    while ((n = fread(buf.data(), 1, buf.size(), pipe)) > 0)
-        run.output.append(buf.data(), n);
-    const int status = pclose(pipe);
-    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    run.exitCode = TavTest::runCommand({"sh", "-c", cmd}, run.output);
     return run;
-}
-
-std::vector<std::string> readLines(const std::string& path) {
-    std::vector<std::string> lines;
-    std::ifstream in(path);
-    for (std::string line; std::getline(in, line);)
-        lines.push_back(line);
-    return lines;
 }
 
 std::string freshRecord(const std::string& name) {
@@ -83,7 +58,7 @@ TEST(HostApplication, LoadsOpensHandsFilesClosesAndDestroysTheModule) {
         "closing",
         "destroyed",
     };
-    EXPECT_EQ(readLines(record), expected) << run.output;
+    EXPECT_EQ(TavTest::readLines(record), expected) << run.output;
 }
 
 TEST(HostApplication, ClosingTheHostWindowClosesTheModuleFirst) {
@@ -92,7 +67,7 @@ TEST(HostApplication, ClosingTheHostWindowClosesTheModuleFirst) {
         runHost({"TAVNA_TEST_MODULE_RECORD=" + record, "TAVNA_TEST_MODULE_CLOSE_HOST_MS=100"},
                 {"--module", TEST_MODULE});
     ASSERT_EQ(run.exitCode, 0) << run.output;
-    const auto lines = readLines(record);
+    const auto lines = TavTest::readLines(record);
     ASSERT_GE(lines.size(), 2u);
     EXPECT_EQ(lines[lines.size() - 2], "closing the host");
     EXPECT_EQ(lines.back(), "destroyed");
@@ -103,13 +78,13 @@ TEST(HostApplication, TakesTheModuleFromTheEnvironmentRelativeToTheWorkingFolder
     // From the module's own folder its path is a bare file name, which the
     // dynamic loader alone would look for on the library path.
     const fs::path module = TEST_MODULE;
-    const std::string command = "cd " + quote(module.parent_path().string()) + " && ";
+    const std::string command = "cd " + shellQuote(module.parent_path().string()) + " && ";
     const HostRun run =
         runHost({"TAVNA_MODULE=" + module.filename().string(), "TAVNA_TEST_MODULE_RECORD=" + record,
                  "TAVNA_TEST_MODULE_CLOSE_MS=50"},
                 {}, TAVNA_EXE, command);
     ASSERT_EQ(run.exitCode, 0) << run.output;
-    const auto lines = readLines(record);
+    const auto lines = TavTest::readLines(record);
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines.front(), "constructed");
     EXPECT_EQ(lines.back(), "destroyed");

@@ -69,29 +69,9 @@ void ModelWatch::waitForWorkers(int count) {
     changed.wait(lock, [&] { return workerExits >= count; });
 }
 
-int ModelWatch::workers() {
-    std::lock_guard<std::mutex> lock(mutex);
-    return workerExits;
-}
-
 void ModelWatch::waitForWorkerProgress() {
     std::unique_lock<std::mutex> lock(mutex);
     changed.wait(lock, [&] { return workerProgressed; });
-}
-
-int ModelWatch::updates() {
-    std::lock_guard<std::mutex> lock(mutex);
-    return updateCount;
-}
-
-std::vector<std::string> ModelWatch::events() {
-    std::lock_guard<std::mutex> lock(mutex);
-    return eventLog;
-}
-
-std::vector<std::string> ModelWatch::messages() {
-    std::lock_guard<std::mutex> lock(mutex);
-    return messageLog;
 }
 
 void ModelWatch::onFirstWorkerProgress(std::function<void()> action) {

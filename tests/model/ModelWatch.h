@@ -22,12 +22,12 @@ public:
 
     // Blocks until `count` workers in all have exited.
     void waitForWorkers(int count);
-    int workers();
     // Blocks until the worker has reported progress of its own at least once.
     void waitForWorkerProgress();
-    int updates();
-    std::vector<std::string> events();
-    std::vector<std::string> messages();
+    int workers() { return locked(workerExits); }
+    int updates() { return locked(updateCount); }
+    std::vector<std::string> events() { return locked(eventLog); }
+    std::vector<std::string> messages() { return locked(messageLog); }
 
     // Runs on the worker at its first progress report (before the wake-up).
     void onFirstWorkerProgress(std::function<void()> action);
@@ -36,6 +36,10 @@ public:
     void parse(const std::string& path);
 
 private:
+    template <typename T> T locked(const T& value) {
+        std::lock_guard<std::mutex> lock(mutex);
+        return value;
+    }
     void _follow(TavNA::PackageListModel& list);
     void _onWorkerExit();
     friend struct WorkerExitNotice;

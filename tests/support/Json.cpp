@@ -1,250 +1,129 @@
 #include "tests/support/Json.h"
 
 #include <cstdlib>
+#include <cstring>
 #include <stdexcept>
 
 namespace TavTest {
 
 namespace {
 
-class Parser {
-public:
-    explicit Parser(const std::string& text) : s_(text) {}
+bool oneOf(const char* set, char c) {
+    return c != '\0' && std::strchr(set, c) != nullptr;
+}
 
-    Json document() {
-        Json v = value(0);
-        skipSpace();
-        if (pos_ != s_.size())
-            fail("text after the value");
-        return v;
-    }
-
-private:
-    static constexpr int kMaxDepth = 64;
+struct Parser {
+    const std::string& s;
+    std::size_t pos = 0;
+    FlatJson out{};
 
     [[noreturn]] void fail(const std::string& what) const {
-        throw std::runtime_error("JSON: " + what + " at byte " + std::to_string(pos_));
-    }
-    void skipSpace() {
-        while (pos_ < s_.size() &&
-               (s_[pos_] == ' ' || s_[pos_] == '\n' || s_[pos_] == '\t' || s_[pos_] == '\r'))
-            ++pos_;
+        throw std::runtime_error("JSON: " + what + " at byte " + std::to_string(pos));
     }
     char peek() {
-        skipSpace();
-        if (pos_ >= s_.size())
+        while (pos < s.size() && oneOf(" \n\t\r", s[pos]))
+            ++pos;
+        if (pos >= s.size())
             fail("unexpected end");
-        return s_[pos_];
+        return s[pos];
     }
-    void expect(char c) {
+    bool take(char c) {
         if (peek() != c)
-            fail(std::string("expected '") + c + "'");
-        ++pos_;
-    }
-    bool literal(const char* word) {
-        const std::string w(word);
-        if (s_.compare(pos_, w.size(), w) != 0)
             return false;
-        pos_ += w.size();
+        ++pos;
         return true;
     }
-
-    Json value(int depth) {
-        if (depth > kMaxDepth)
-            fail("nesting too deep");
-        const char c = peek();
-        if (c == '{')
-            return Json{object(depth)};
-        if (c == '[')
-            return Json{array(depth)};
-        if (c == '"')
-            return Json{string()};
-        if (literal("null"))
-            return Json{nullptr};
-        if (literal("true"))
-            return Json{true};
-        if (literal("false"))
-            return Json{false};
-        return Json{number()};
+    void expect(char c) {
+        if (!take(c))
+            fail(std::string("expected '") + c + "'");
     }
 
-    Json::Object object(int depth) {
-        Json::Object o;
-        expect('{');
-        if (peek() == '}') {
-            ++pos_;
-            return o;
-        }
-        while (true) {
-            peek();
-            std::string key = string();
-            expect(':');
-            o[key] = value(depth + 1);
-            if (peek() == '}') {
-                ++pos_;
-                return o;
+    void value(const std::string& path) {
+        const std::string prefix = path.empty() ? path : path + ".";
+        std::size_t size = 0;
+        if (take('{')) {
+            if (!take('}')) {
+                do {
+                    peek();
+                    const std::string key = string();
+                    expect(':');
+                    value(prefix + key.substr(1, key.size() - 2));
+                    ++size;
+                } while (take(','));
+                expect('}');
             }
-            expect(',');
-        }
-    }
-
-    Json::Array array(int depth) {
-        Json::Array a;
-        expect('[');
-        if (peek() == ']') {
-            ++pos_;
-            return a;
-        }
-        while (true) {
-            a.push_back(value(depth + 1));
-            if (peek() == ']') {
-                ++pos_;
-                return a;
+        } else if (take('[')) {
+            if (!take(']')) {
+                do
+                    value(prefix + std::to_string(size++));
+                while (take(','));
+                expect(']');
             }
-            expect(',');
-        }
-    }
-
-    void appendUtf8(std::string& out, unsigned code) {
-        if (code < 0x80) {
-            out += static_cast<char>(code);
-        } else if (code < 0x800) {
-            out += static_cast<char>(0xC0 | (code >> 6));
-            out += static_cast<char>(0x80 | (code & 0x3F));
         } else {
-            out += static_cast<char>(0xE0 | (code >> 12));
-            out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-            out += static_cast<char>(0x80 | (code & 0x3F));
+            out[path] = peek() == '"' ? string() : scalar();
+            return;
         }
+        out[path] = std::to_string(size);
     }
 
     std::string string() {
         expect('"');
-        std::string out;
-        while (true) {
-            if (pos_ >= s_.size())
-                fail("unterminated string");
-            const char c = s_[pos_++];
-            if (c == '"')
-                return out;
+        std::string text = "\"";
+        while (pos < s.size() && s[pos] != '"') {
+            const char c = s[pos++];
+            // Raw control characters are not JSON: the writer must escape them.
             if (static_cast<unsigned char>(c) < 0x20)
                 fail("control character in a string");
             if (c != '\\') {
-                out += c;
+                text += c;
                 continue;
             }
-            if (pos_ >= s_.size())
-                fail("unterminated escape");
-            const char e = s_[pos_++];
-            switch (e) {
-            case '"':
-            case '\\':
-            case '/':
-                out += e;
-                break;
-            case 'n':
-                out += '\n';
-                break;
-            case 't':
-                out += '\t';
-                break;
-            case 'r':
-                out += '\r';
-                break;
-            case 'b':
-                out += '\b';
-                break;
-            case 'f':
-                out += '\f';
-                break;
-            case 'u': {
-                if (pos_ + 4 > s_.size())
-                    fail("short \\u escape");
-                appendUtf8(out, static_cast<unsigned>(std::stoul(s_.substr(pos_, 4), nullptr, 16)));
-                pos_ += 4;
-                break;
-            }
-            default:
-                fail("unknown escape");
+            const char* escapes = "\"\\/bfnrt";
+            const char e = pos < s.size() ? s[pos++] : '\0';
+            if (oneOf(escapes, e)) {
+                text += "\"\\/\b\f\n\r\t"[std::strchr(escapes, e) - escapes];
+            } else if (e == 'u' && pos + 4 <= s.size()) {
+                const unsigned long code = std::stoul(s.substr(pos, 4), nullptr, 16);
+                if (code >= 0x80)
+                    fail("\\u escape beyond ASCII");
+                text += static_cast<char>(code);
+                pos += 4;
+            } else {
+                fail("bad escape");
             }
         }
+        if (pos++ >= s.size())
+            fail("unterminated string");
+        return text + '"';
     }
 
-    Json::Number number() {
-        const std::size_t start = pos_;
-        while (pos_ < s_.size() &&
-               std::string("+-0123456789.eE").find(s_[pos_]) != std::string::npos)
-            ++pos_;
-        if (start == pos_)
-            fail("unexpected character");
-        Json::Number n;
-        n.text = s_.substr(start, pos_ - start);
+    std::string scalar() {
+        for (const char* word : {"null", "true", "false"}) {
+            if (s.compare(pos, std::strlen(word), word) == 0) {
+                pos += std::strlen(word);
+                return word;
+            }
+        }
+        const std::size_t start = pos;
+        while (pos < s.size() && oneOf("+-0123456789.eE", s[pos]))
+            ++pos;
+        const std::string text = s.substr(start, pos - start);
         char* end = nullptr;
-        n.value = std::strtod(n.text.c_str(), &end);
-        if (end != n.text.c_str() + n.text.size())
-            fail("bad number " + n.text);
-        return n;
+        std::strtod(text.c_str(), &end);
+        if (text.empty() || end != text.c_str() + text.size())
+            fail("bad value '" + text + "'");
+        return text;
     }
-
-    const std::string& s_;
-    std::size_t pos_ = 0;
 };
-
-template <typename T> const T& as(const Json& j, const char* what) {
-    if (const T* v = std::get_if<T>(&j.value))
-        return *v;
-    throw std::runtime_error(std::string("JSON value is not ") + what);
-}
 
 } // namespace
 
-Json Json::parse(const std::string& text) {
-    return Parser(text).document();
-}
-
-bool Json::has(const std::string& key) const {
-    const auto* o = std::get_if<Object>(&value);
-    return o != nullptr && o->count(key) != 0;
-}
-
-const Json& Json::operator[](const std::string& key) const {
-    const auto& o = object();
-    const auto it = o.find(key);
-    if (it == o.end())
-        throw std::runtime_error("JSON object has no key " + key);
-    return it->second;
-}
-
-const Json& Json::operator[](std::size_t index) const {
-    const auto& a = array();
-    if (index >= a.size())
-        throw std::runtime_error("JSON array index out of range");
-    return a[index];
-}
-
-double Json::number() const {
-    return as<Number>(*this, "a number").value;
-}
-const std::string& Json::numberText() const {
-    return as<Number>(*this, "a number").text;
-}
-const std::string& Json::string() const {
-    return as<std::string>(*this, "a string");
-}
-bool Json::boolean() const {
-    return as<bool>(*this, "a boolean");
-}
-const Json::Array& Json::array() const {
-    return as<Array>(*this, "an array");
-}
-const Json::Object& Json::object() const {
-    return as<Object>(*this, "an object");
-}
-
-std::size_t Json::size() const {
-    if (const auto* a = std::get_if<Array>(&value))
-        return a->size();
-    return object().size();
+FlatJson parseJson(const std::string& text) {
+    Parser p{text};
+    p.value("");
+    if (text.find_first_not_of(" \n\t\r", p.pos) != std::string::npos)
+        p.fail("text after the value");
+    return std::move(p.out);
 }
 
 } // namespace TavTest

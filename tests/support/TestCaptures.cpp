@@ -6,22 +6,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <sys/wait.h>
 
 namespace TavTest {
 
 namespace {
-
-std::string shellQuote(const std::string& s) {
-    std::string q = "'";
-    for (char c : s) {
-        if (c == '\'')
-            q += "'\\''";
-        else
-            q += c;
-    }
-    return q + "'";
-}
 
 struct TempDirOwner {
     std::filesystem::path path;
@@ -39,6 +30,13 @@ struct TempDirOwner {
 };
 
 } // namespace
+
+std::string shellQuote(const std::string& s) {
+    std::string q = "'";
+    for (char c : s)
+        q += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return q + "'";
+}
 
 std::string sharedCapture(const std::string& name) {
     const char* dir = std::getenv("TAVNA_CAPTURES");
@@ -58,11 +56,28 @@ std::string toolPath(const char* envName) {
     return p;
 }
 
-int runCommand(const std::vector<std::string>& argv, std::string& out) {
+std::string readFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+std::vector<std::string> readLines(const std::string& path) {
+    std::vector<std::string> lines;
+    std::ifstream in(path);
+    for (std::string line; std::getline(in, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+int runCommand(const std::vector<std::string>& argv, std::string& out, std::string* err) {
+    static int serial = 0;
+    const std::string errFile = tempDir() + "/stderr-" + std::to_string(++serial);
     std::string cmd;
     for (const auto& a : argv)
         cmd += shellQuote(a) + " ";
-    cmd += "2>/dev/null";
+    cmd += "2>" + (err != nullptr ? shellQuote(errFile) : std::string("/dev/null"));
     out.clear();
     FILE* pipe = popen(cmd.c_str(), "r");
     if (pipe == nullptr)
@@ -72,6 +87,8 @@ int runCommand(const std::vector<std::string>& argv, std::string& out) {
     while ((n = fread(buf.data(), 1, buf.size(), pipe)) > 0)
         out.append(buf.data(), n);
     int status = pclose(pipe);
+    if (err != nullptr)
+        *err = readFile(errFile);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
@@ -81,6 +98,16 @@ void runGenerator(const std::vector<std::string>& args) {
     std::string out;
     int rc = runCommand(argv, out);
     ASSERT_EQ(rc, 0) << "capture writer failed: " << out;
+}
+
+std::string generated(const std::string& name, const std::vector<std::string>& options) {
+    const std::string path = tempDir() + "/" + name + ".pcap";
+    if (!std::filesystem::exists(path)) {
+        std::vector<std::string> args{path};
+        args.insert(args.end(), options.begin(), options.end());
+        runGenerator(args);
+    }
+    return path;
 }
 
 } // namespace TavTest

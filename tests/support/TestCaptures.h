@@ -15,10 +15,22 @@ std::string tempDir();
 // fails the current test if it does not exit with 0.
 void runGenerator(const std::vector<std::string>& args);
 
-// Runs a command and returns its exit code, standard output in `out`.
-int runCommand(const std::vector<std::string>& argv, std::string& out);
+// NAME.pcap in the temporary folder, written by the capture writer with these
+// options the first time it is asked for.
+std::string generated(const std::string& name, const std::vector<std::string>& options);
+
+// Runs a command and returns its exit code, standard output in `out`; standard
+// error goes to `err` when one is given, else it is thrown away.
+int runCommand(const std::vector<std::string>& argv, std::string& out, std::string* err = nullptr);
 
 // Path of a tool built beside the tests, from the environment ctest sets.
 std::string toolPath(const char* envName);
+
+// One word for sh, whatever characters it holds.
+std::string shellQuote(const std::string& s);
+
+// A file's whole content, or its lines; empty when it cannot be read.
+std::string readFile(const std::string& path);
+std::vector<std::string> readLines(const std::string& path);
 
 } // namespace TavTest

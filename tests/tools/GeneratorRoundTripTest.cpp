@@ -19,18 +19,19 @@ using namespace TavIec61850Parser;
 
 constexpr std::uint64_t kSecond = 1'000'000'000;
 constexpr std::uint64_t kMs = 1'000'000;
+constexpr std::uint64_t kEpoch = 1'700'000'000 * kSecond;
 
 struct Case {
     std::string name;
     std::string format = "pcap";
     bool bigEndian = false;
-    std::uint64_t startNs = 1'700'000'000 * kSecond;
+    std::uint64_t startNs = kEpoch;
     std::uint64_t durationMs = 250;
     unsigned sv = 0, rate = 4000, asdus = 1, channels = 8;
-    std::optional<std::uint16_t> vlan;
-    std::optional<char> hsr, prp;
+    std::optional<std::uint16_t> vlan{};
+    std::optional<char> hsr{}, prp{};
     unsigned goose = 0, bools = 4, bitStrings = 0;
-    std::vector<std::uint64_t> changesMs;
+    std::vector<std::uint64_t> changesMs{};
     bool simulation = false;
     unsigned other = 0;
 
@@ -48,23 +49,17 @@ struct Case {
                                    "--start",
                                    seconds(startNs),
                                    "--duration",
-                                   seconds(durationMs * kMs),
-                                   "--sv",
-                                   std::to_string(sv),
-                                   "--rate",
-                                   std::to_string(rate),
-                                   "--asdus",
-                                   std::to_string(asdus),
-                                   "--channels",
-                                   std::to_string(channels),
-                                   "--goose",
-                                   std::to_string(goose),
-                                   "--bools",
-                                   std::to_string(bools),
-                                   "--bitstrings",
-                                   std::to_string(bitStrings),
-                                   "--other",
-                                   std::to_string(other)};
+                                   seconds(durationMs * kMs)};
+        for (const auto& [option, n] :
+             std::initializer_list<std::pair<const char*, unsigned>>{{"--sv", sv},
+                                                                     {"--rate", rate},
+                                                                     {"--asdus", asdus},
+                                                                     {"--channels", channels},
+                                                                     {"--goose", goose},
+                                                                     {"--bools", bools},
+                                                                     {"--bitstrings", bitStrings},
+                                                                     {"--other", other}})
+            a.insert(a.end(), {option, std::to_string(n)});
         if (bigEndian)
             a.push_back("--big-endian");
         if (simulation)
@@ -145,33 +140,23 @@ protected:
             path_, db_, Filter{}, cancel, [](double) {}, stats_);
     }
 
-    const Sv& svStream(unsigned n) const {
-        for (const auto& s : db_.svProto.svs)
-            if (s.svId == twoDigits("TavnaSV%02d", n))
-                return s;
-        throw std::runtime_error("no SV stream " + std::to_string(n));
-    }
-    const Goose& gooseStream(unsigned n) const {
-        for (const auto& g : db_.gooseProto.gooses)
-            if (g.goId == twoDigits("TavnaGOOSE%02d", n))
-                return g;
-        throw std::runtime_error("no GOOSE stream " + std::to_string(n));
+    template <typename Records, typename Record>
+    const Record& stream(const Records& records, std::string Record::*id,
+                         const std::string& want) const {
+        for (const auto& r : records)
+            if (r.*id == want)
+                return r;
+        throw std::runtime_error("no stream " + want);
     }
     void expectEthernet(const EthernetPart& e, const std::string& src) const {
         const Case& c = GetParam();
         EXPECT_EQ(e.srcMac, src);
         ASSERT_EQ(e.vlan.has_value(), c.vlan.has_value());
-        if (c.vlan) {
-            EXPECT_EQ(e.vlan->id, c.vlan);
-        }
         ASSERT_EQ(e.hsr.has_value(), c.hsr.has_value());
-        if (c.hsr) {
-            EXPECT_EQ(e.hsr->line, c.hsr);
-        }
         ASSERT_EQ(e.prp.has_value(), c.prp.has_value());
-        if (c.prp) {
-            EXPECT_EQ(e.prp->line, c.prp);
-        }
+        EXPECT_EQ(c.vlan ? e.vlan->id : std::nullopt, c.vlan);
+        EXPECT_EQ(c.hsr ? e.hsr->line : std::nullopt, c.hsr);
+        EXPECT_EQ(c.prp ? e.prp->line : std::nullopt, c.prp);
     }
     const std::vector<Package>& onlyFile(const PackageFiles& files) const {
         EXPECT_EQ(files.size(), 1u);
@@ -201,7 +186,7 @@ TEST_P(GeneratorRoundTrip, SvStreamsReadBackExactly) {
     const Case& c = GetParam();
     for (unsigned n = 0; n < c.sv; ++n) {
         SCOPED_TRACE("SV stream " + std::to_string(n));
-        const Sv& s = svStream(n);
+        const Sv& s = stream(db_.svProto.svs, &Sv::svId, twoDigits("TavnaSV%02d", n));
         expectEthernet(s, twoDigits("02:00:00:00:01:%02x", n));
         EXPECT_EQ(s.dstMac, twoDigits("01:0c:cd:04:00:%02x", n));
         EXPECT_EQ(s.appId, 0x4000 + n);
@@ -243,7 +228,8 @@ TEST_P(GeneratorRoundTrip, GooseStreamsFollowTheirChanges) {
     const std::uint64_t endNs = c.startNs + c.durationMs * kMs;
     for (unsigned n = 0; n < c.goose; ++n) {
         SCOPED_TRACE("GOOSE stream " + std::to_string(n));
-        const Goose& g = gooseStream(n);
+        const Goose& g =
+            stream(db_.gooseProto.gooses, &Goose::goId, twoDigits("TavnaGOOSE%02d", n));
         expectEthernet(g, twoDigits("02:00:00:00:02:%02x", n));
         EXPECT_EQ(g.dstMac, twoDigits("01:0c:cd:01:00:%02x", n));
         EXPECT_EQ(g.appId, 0x1000 + n);
@@ -294,83 +280,58 @@ TEST_P(GeneratorRoundTrip, GooseStreamsFollowTheirChanges) {
     }
 }
 
-Case named(std::string name) {
-    Case c;
-    c.name = std::move(name);
-    return c;
-}
+const std::vector<Case> kCases{
+    {.name = "pcap_sv_goose_other", .sv = 2, .goose = 1, .changesMs = {100}, .other = 7},
+    {.name = "pcap_ns_big_endian_fractional_start",
+     .format = "pcap-ns",
+     .bigEndian = true,
+     .startNs = kEpoch + 123'456'789,
+     .sv = 1,
+     .rate = 4800,
+     .asdus = 2,
+     .goose = 1,
+     .changesMs = {30}},
+    {.name = "pcapng_vlan_bools_and_bitstrings",
+     .format = "pcapng",
+     .sv = 1,
+     .vlan = 100,
+     .goose = 2,
+     .bools = 3,
+     .bitStrings = 2,
+     .changesMs = {20, 21, 120}},
+    {.name = "pcapng_ns_big_endian_hsr_b_six_asdus",
+     .format = "pcapng-ns",
+     .bigEndian = true,
+     .startNs = 1'600'000'000 * kSecond + 999,
+     .sv = 1,
+     .rate = 14400,
+     .asdus = 6,
+     .hsr = 'B',
+     .goose = 1},
+    {.name = "pcap_prp_a_simulation_twelve_channels",
+     .sv = 1,
+     .channels = 12,
+     .prp = 'A',
+     .goose = 1,
+     .bools = 1,
+     .bitStrings = 3,
+     .changesMs = {5},
+     .simulation = true,
+     .other = 3},
+    {.name = "pcap_hsr_a_long_goose_retransmission",
+     .durationMs = 3500,
+     .hsr = 'A',
+     .goose = 1,
+     .changesMs = {1, 2500}},
+    {.name = "pcapng_prp_b_vlan_zero",
+     .format = "pcapng",
+     .sv = 3,
+     .rate = 4800,
+     .vlan = 0,
+     .prp = 'B'},
+};
 
-std::vector<Case> cases() {
-    std::vector<Case> all;
-    Case c = named("pcap_sv_goose_other");
-    c.sv = 2;
-    c.goose = 1;
-    c.changesMs = {100};
-    c.other = 7;
-    all.push_back(c);
-
-    c = named("pcap_ns_big_endian_fractional_start");
-    c.format = "pcap-ns";
-    c.bigEndian = true;
-    c.startNs = 1'700'000'000 * kSecond + 123'456'789;
-    c.sv = 1;
-    c.rate = 4800;
-    c.asdus = 2;
-    c.goose = 1;
-    c.changesMs = {30};
-    all.push_back(c);
-
-    c = named("pcapng_vlan_bools_and_bitstrings");
-    c.format = "pcapng";
-    c.vlan = 100;
-    c.sv = 1;
-    c.goose = 2;
-    c.bools = 3;
-    c.bitStrings = 2;
-    c.changesMs = {20, 21, 120};
-    all.push_back(c);
-
-    c = named("pcapng_ns_big_endian_hsr_b_six_asdus");
-    c.format = "pcapng-ns";
-    c.bigEndian = true;
-    c.startNs = 1'600'000'000 * kSecond + 999;
-    c.sv = 1;
-    c.rate = 14400;
-    c.asdus = 6;
-    c.hsr = 'B';
-    c.goose = 1;
-    all.push_back(c);
-
-    c = named("pcap_prp_a_simulation_twelve_channels");
-    c.prp = 'A';
-    c.simulation = true;
-    c.sv = 1;
-    c.channels = 12;
-    c.goose = 1;
-    c.bools = 1;
-    c.bitStrings = 3;
-    c.changesMs = {5};
-    c.other = 3;
-    all.push_back(c);
-
-    c = named("pcap_hsr_a_long_goose_retransmission");
-    c.hsr = 'A';
-    c.durationMs = 3500;
-    c.goose = 1;
-    c.changesMs = {1, 2500};
-    all.push_back(c);
-
-    c = named("pcapng_prp_b_vlan_zero");
-    c.format = "pcapng";
-    c.prp = 'B';
-    c.vlan = 0;
-    c.sv = 3;
-    c.rate = 4800;
-    all.push_back(c);
-    return all;
-}
-
-INSTANTIATE_TEST_SUITE_P(Variants, GeneratorRoundTrip, ::testing::ValuesIn(cases()),
+INSTANTIATE_TEST_SUITE_P(Variants, GeneratorRoundTrip, ::testing::ValuesIn(kCases),
                          [](const auto& info) { return info.param.name; });
 
 } // namespace

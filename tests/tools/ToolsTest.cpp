@@ -1,23 +1,51 @@
 // The command lines of the capture writer and the inspector: exit codes,
-// messages, the inspector's output on generated captures, and the demo.
+// messages, the inspector's output on generated and on real captures, and the
+// demo.
 #include "platform/parser/GooseParser.h"
 #include "platform/parser/PcapParser.h"
 #include "platform/parser/SvParser.h"
 #include "tests/support/Json.h"
 #include "tests/support/TestCaptures.h"
-#include "tests/tools/ToolRunner.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
 namespace {
 
 using namespace TavIec61850Parser;
-using TavTest::Json;
+using TavTest::FlatJson;
+
+struct ToolResult {
+    int exitCode = -1;
+    std::string out, err;
+};
+
+// Runs a tool built beside the tests (TAVNA_GEN, TAVNA_INSPECT).
+ToolResult runTool(const char* envName, std::vector<std::string> args) {
+    args.insert(args.begin(), TavTest::toolPath(envName));
+    ToolResult r;
+    r.exitCode = TavTest::runCommand(args, r.out, &r.err);
+    return r;
+}
+
+// The inspector writes CSV without quoting.
+std::vector<std::vector<std::string>> parseCsv(const std::string& text) {
+    std::vector<std::vector<std::string>> rows;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) {
+        std::istringstream cells(line);
+        rows.emplace_back();
+        for (std::string cell; std::getline(cells, cell, ',');)
+            rows.back().push_back(cell);
+    }
+    return rows;
+}
 
 struct ExitCase {
     const char* name;
@@ -38,17 +66,14 @@ std::string notACapture() {
 }
 
 std::string smallCapture() {
-    const std::string path = TavTest::tempDir() + "/small.pcap";
-    if (!std::filesystem::exists(path))
-        TavTest::runGenerator({path, "--sv", "1", "--duration", "0.01"});
-    return path;
+    return TavTest::generated("small", {"--sv", "1", "--duration", "0.01"});
 }
 
 class ToolExitCodes : public ::testing::TestWithParam<ExitCase> {};
 
 TEST_P(ToolExitCodes, ExitWithTheDocumentedCode) {
     const ExitCase& c = GetParam();
-    const auto r = TavTest::runTool(c.tool, c.args);
+    const auto r = runTool(c.tool, c.args);
     EXPECT_EQ(r.exitCode, c.exitCode) << r.err;
     if (c.exitCode != 0) {
         EXPECT_NE(r.err.find(c.stderrMentions), std::string::npos) << r.err;
@@ -61,6 +86,7 @@ TEST_P(ToolExitCodes, ExitWithTheDocumentedCode) {
 std::vector<ExitCase> exitCases() {
     const std::string missing = TavTest::tempDir() + "/missing.pcap";
     const std::string unwritable = TavTest::tempDir() + "/no/such/dir/out.pcap";
+    const std::string small = smallCapture(), notes = notACapture();
     return {
         {"gen_without_output", "TAVNA_GEN", {}, 2, "usage"},
         {"gen_unknown_option", "TAVNA_GEN", {"x.pcap", "--colour", "red"}, 2, "--colour"},
@@ -72,20 +98,16 @@ std::vector<ExitCase> exitCases() {
         {"gen_unwritable", "TAVNA_GEN", {unwritable, "--sv", "1"}, 1, unwritable},
         {"gen_help", "TAVNA_GEN", {"--help"}, 0, ""},
         {"inspect_without_files", "TAVNA_INSPECT", {}, 2, "usage"},
-        {"inspect_unknown_option", "TAVNA_INSPECT", {"--fast", smallCapture()}, 2, "usage"},
-        {"inspect_values_not_a_number",
-         "TAVNA_INSPECT",
-         {"--values", "x", smallCapture()},
-         2,
-         "usage"},
+        {"inspect_unknown_option", "TAVNA_INSPECT", {"--fast", small}, 2, "usage"},
+        {"inspect_values_not_a_number", "TAVNA_INSPECT", {"--values", "x", small}, 2, "usage"},
         {"inspect_values_no_such_stream",
          "TAVNA_INSPECT",
-         {"--values", "1", smallCapture()},
+         {"--values", "1", small},
          2,
          "no stream 1"},
-        {"inspect_missing_file", "TAVNA_INSPECT", {smallCapture(), missing}, 1, missing},
-        {"inspect_not_a_capture", "TAVNA_INSPECT", {notACapture()}, 1, notACapture()},
-        {"inspect_ok", "TAVNA_INSPECT", {smallCapture()}, 0, ""},
+        {"inspect_missing_file", "TAVNA_INSPECT", {small, missing}, 1, missing},
+        {"inspect_not_a_capture", "TAVNA_INSPECT", {notes}, 1, notes},
+        {"inspect_ok", "TAVNA_INSPECT", {small}, 0, ""},
     };
 }
 
@@ -101,25 +123,24 @@ TEST(InspectGenerated, JsonOverTwoFilesShowsNanosecondsAndSortsStreams) {
                            "2", "--goose", "1", "--duration", "0.1"});
     TavTest::runGenerator(
         {b, "--start", "1700000000.1", "--sv", "1", "--duration", "0.1", "--other", "5"});
-    const auto r = TavTest::runTool("TAVNA_INSPECT", {"--json", a, b});
+    const auto r = runTool("TAVNA_INSPECT", {"--json", a, b});
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    const Json j = Json::parse(r.out);
-    ASSERT_EQ(j["files"].size(), 2u);
-    EXPECT_EQ(j["files"][0]["path"].string(), a);
-    EXPECT_EQ(j["files"][0]["format"].string(), "pcapng");
-    EXPECT_EQ(j["files"][1]["other_frames"].number(), 5);
-    EXPECT_EQ(j["files"][1]["sv_frames"].number(), 400);
+    const FlatJson j = TavTest::parseJson(r.out);
+    EXPECT_EQ(j.at("files"), "2");
+    EXPECT_EQ(j.at("files.0.path"), '"' + a + '"');
+    EXPECT_EQ(j.at("files.0.format"), R"("pcapng")");
+    EXPECT_EQ(j.at("files.1.other_frames"), "5");
+    EXPECT_EQ(j.at("files.1.sv_frames"), "400");
 
-    const Json& s = j["streams"];
-    ASSERT_EQ(s.size(), 3u);
-    EXPECT_EQ(s[0]["kind"].string(), "GOOSE");
-    EXPECT_EQ(s[0]["first"].numberText(), "1700000000.000000001");
-    EXPECT_EQ(s[1]["svID"].string(), "TavnaSV00");
-    EXPECT_EQ(s[1]["packets"].number(), 800); // the stream spans both files
-    EXPECT_EQ(s[1]["first"].numberText(), "1700000000.000000001");
-    EXPECT_EQ(s[1]["last"].numberText(), "1700000000.199750000");
-    EXPECT_EQ(s[2]["svID"].string(), "TavnaSV01");
-    EXPECT_EQ(s[2]["last"].numberText(), "1700000000.099750001");
+    ASSERT_EQ(j.at("streams"), "3");
+    EXPECT_EQ(j.at("streams.0.kind"), R"("GOOSE")");
+    EXPECT_EQ(j.at("streams.0.first"), "1700000000.000000001");
+    EXPECT_EQ(j.at("streams.1.svID"), R"("TavnaSV00")");
+    EXPECT_EQ(j.at("streams.1.packets"), "800"); // the stream spans both files
+    EXPECT_EQ(j.at("streams.1.first"), "1700000000.000000001");
+    EXPECT_EQ(j.at("streams.1.last"), "1700000000.199750000");
+    EXPECT_EQ(j.at("streams.2.svID"), R"("TavnaSV01")");
+    EXPECT_EQ(j.at("streams.2.last"), "1700000000.099750001");
 }
 
 TEST(InspectGenerated, ValuesOfAStreamSpanningFilesAreInTimeOrder) {
@@ -128,9 +149,9 @@ TEST(InspectGenerated, ValuesOfAStreamSpanningFilesAreInTimeOrder) {
     TavTest::runGenerator(
         {later, "--start", "1700000001", "--sv", "1", "--duration", "0.001", "--asdus", "2"});
     TavTest::runGenerator({earlier, "--sv", "1", "--duration", "0.001", "--asdus", "2"});
-    const auto r = TavTest::runTool("TAVNA_INSPECT", {"--values", "0", later, earlier});
+    const auto r = runTool("TAVNA_INSPECT", {"--values", "0", later, earlier});
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    const auto rows = TavTest::parseCsv(r.out);
+    const auto rows = parseCsv(r.out);
     ASSERT_EQ(rows.size(), 1u + 2 * 4);
     EXPECT_EQ(rows[0][0], "time");
     EXPECT_EQ(rows[0].size(), 2u + 8);
@@ -148,7 +169,7 @@ TEST(InspectGenerated, ValuesOfAStreamSpanningFilesAreInTimeOrder) {
 class Demo : public ::testing::TestWithParam<std::string> {
 protected:
     static void SetUpTestSuite() {
-        const auto r = TavTest::runTool("TAVNA_GEN", {"--demo", dir()});
+        const auto r = runTool("TAVNA_GEN", {"--demo", dir()});
         ASSERT_EQ(r.exitCode, 0) << r.err;
     }
     static std::string dir() { return TavTest::tempDir() + "/demo"; }
@@ -211,5 +232,88 @@ TEST_P(Demo, TellsTheFaultStory) {
 }
 
 INSTANTIATE_TEST_SUITE_P(BothContainers, Demo, ::testing::Values("pcap", "pcapng"));
+
+// The inspector over every real capture of the shared test data, against the
+// expected summaries of an independent dissector. How the parser reads these
+// captures is checked in the parser's tests; this checks what the inspector
+// writes of it.
+constexpr double kTimeTolerance = 5e-7; // half a microsecond
+
+std::vector<std::string> captureNames() {
+    std::vector<std::string> names;
+    const std::string suffix = ".expected.json";
+    std::error_code ec;
+    for (const auto& entry : std::filesystem::directory_iterator(TavTest::sharedCapture(""), ec)) {
+        const std::string file = entry.path().filename().string();
+        if (file.size() > suffix.size() && file.ends_with(suffix))
+            names.push_back(file.substr(0, file.size() - suffix.size()));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+class InspectCaptures : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(InspectCaptures, JsonAndValuesMatchTheExpectedSummary) {
+    const std::string path = TavTest::sharedCapture(GetParam() + ".pcap");
+    const FlatJson want = TavTest::parseJson(
+        TavTest::readFile(TavTest::sharedCapture(GetParam() + ".expected.json")));
+    const auto r = runTool("TAVNA_INSPECT", {"--json", path});
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    const FlatJson got = TavTest::parseJson(r.out);
+    auto number = [](const FlatJson& j, const std::string& key) { return std::stod(j.at(key)); };
+
+    // Formats, counts and times are checked on generated captures above; here
+    // what the inspector makes of real streams, field by field.
+    EXPECT_EQ(got.at("files.0.malformed_frames"), want.at("malformed_frames"));
+    ASSERT_EQ(got.at("streams"), want.at("streams"));
+    for (int i = 0; i < std::stoi(want.at("streams")); ++i) {
+        SCOPED_TRACE("stream " + std::to_string(i));
+        const std::string stream = "streams." + std::to_string(i) + ".";
+        for (auto it = want.lower_bound(stream); it != want.end() && it->first.starts_with(stream);
+             ++it) {
+            const std::string& key = it->first;
+            // The expected summaries copy "first" into "last".
+            if (key.find('.', stream.size()) != std::string::npos || key == stream + "last" ||
+                key == stream + "first_samples")
+                continue;
+            ASSERT_EQ(got.count(key), 1u) << key;
+            if (std::isdigit(static_cast<unsigned char>(it->second.back())))
+                EXPECT_NEAR(number(got, key), number(want, key), kTimeTolerance) << key;
+            else
+                EXPECT_EQ(got.at(key), it->second) << key;
+        }
+
+        const auto v = runTool("TAVNA_INSPECT", {"--values", std::to_string(i), path});
+        ASSERT_EQ(v.exitCode, 0) << v.err;
+        const auto rows = parseCsv(v.out);
+        ASSERT_FALSE(rows.empty());
+        const bool sv = want.at(stream + "kind") == R"("SV")";
+        EXPECT_EQ(rows[0][1], sv ? "smpCnt" : "stNum");
+        const double asdus = sv ? number(want, stream + "asdus_per_frame") : 1;
+        EXPECT_EQ(static_cast<double>(rows.size() - 1), number(want, stream + "packets") * asdus);
+        const std::string samples = stream + "first_samples";
+        for (int k = 0; want.count(samples) != 0 && k < std::stoi(want.at(samples)); ++k) {
+            const std::string sample = samples + "." + std::to_string(k) + ".";
+            const auto& row = rows.at(k + 1);
+            EXPECT_NEAR(std::stod(row[0]), number(want, sample + "time"), kTimeTolerance);
+            EXPECT_EQ(std::stod(row[1]), number(want, sample + "smpCnt"));
+            ASSERT_EQ(std::to_string(row.size() - 2), want.at(sample + "values"));
+            for (std::size_t c = 2; c < row.size(); ++c)
+                EXPECT_EQ(std::stod(row[c]),
+                          number(want, sample + "values." + std::to_string(c - 2)))
+                    << "sample " << k << " value " << c - 2;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(SharedCaptures, InspectCaptures, ::testing::ValuesIn(captureNames()),
+                         [](const auto& info) {
+                             std::string name = info.param;
+                             std::replace_if(
+                                 name.begin(), name.end(), [](char c) { return !std::isalnum(c); },
+                                 '_');
+                             return name;
+                         });
 
 } // namespace

@@ -25,11 +25,11 @@ Db parseFrames(const std::string& name, const std::vector<Bytes>& frames,
     return db;
 }
 
-const Sv* svWithVlan(const Db& db, std::optional<std::uint16_t> id) {
+const Sv& svWithVlan(const Db& db, std::optional<std::uint16_t> id) {
     for (const Sv& s : db.svProto.svs)
         if ((s.vlan ? s.vlan->id : std::nullopt) == id)
-            return &s;
-    return nullptr;
+            return s;
+    throw std::runtime_error("no stream with that VLAN");
 }
 
 } // namespace
@@ -42,24 +42,15 @@ TEST(Ethernet, vlanTagsKeyStreamsByOuterId) {
          withTags(sv, concat({be16(0x8100), be16(0xA000)})),
          withTags(sv, concat({be16(0x88A8), be16(0x000A), be16(0x8100), be16(0x0014)}))});
     ASSERT_EQ(db.svProto.getSvCount(), 4u);
-    ASSERT_NE(svWithVlan(db, std::nullopt), nullptr);
-    EXPECT_FALSE(svWithVlan(db, std::nullopt)->vlan.has_value());
-    const Sv* tagged = svWithVlan(db, 100);
-    ASSERT_NE(tagged, nullptr);
-    EXPECT_EQ(tagged->vlan->priority, 4);
-    EXPECT_FALSE(tagged->vlan->innerId.has_value());
-    const Sv* priority = svWithVlan(db, 0);
-    ASSERT_NE(priority, nullptr);
-    EXPECT_EQ(priority->vlan->priority, 5);
-    const Sv* qinq = svWithVlan(db, 10);
-    ASSERT_NE(qinq, nullptr);
-    EXPECT_EQ(qinq->vlan->innerId, 20);
+    EXPECT_FALSE(svWithVlan(db, std::nullopt).vlan.has_value());
+    EXPECT_EQ(svWithVlan(db, 100).vlan->priority, 4);
+    EXPECT_FALSE(svWithVlan(db, 100).vlan->innerId.has_value());
+    EXPECT_EQ(svWithVlan(db, 0).vlan->priority, 5);
+    const PackageFile& qinq = *svWithVlan(db, 10).files.begin();
+    EXPECT_EQ(svWithVlan(db, 10).vlan->innerId, 20);
     // Every frame still decodes when read back by offset.
-    EXPECT_EQ(qinq->files.begin()->packages.size(), 1u);
-    EXPECT_EQ(SvParser::parseASDUFromFile(qinq->files.begin()->path,
-                                          qinq->files.begin()->packages[0].offset)
-                  .size(),
-              1u);
+    ASSERT_EQ(qinq.packages.size(), 1u);
+    EXPECT_EQ(SvParser::parseASDUFromFile(qinq.path, qinq.packages[0].offset).size(), 1u);
 }
 
 TEST(Ethernet, hsrPathAndPrpLanGiveTheLine) {
@@ -127,15 +118,10 @@ TEST(SvFrames, everyAsduAndChannelIsDecoded) {
     EXPECT_EQ(s.valuesPerAsdu, 3u);
 }
 
-TEST(SvFrames, realFrameFieldsAndMalformedVariants) {
+TEST(SvFrames, malformedVariantsOfARealFrame) {
+    // The real frame's fields are checked with its capture's other frames.
     Bytes real = firstFrameOf("sv_gen_8streams_4000loops_novlan.pcap");
-    auto asdu = SvParser::parseASDUFromFrame(real.data(), real.size()).at(0);
-    EXPECT_EQ(asdu.svId, "svID0000");
-    EXPECT_EQ(asdu.confRev, 1u);
-    std::vector<std::int32_t> values;
-    for (const SvValue& v : asdu.values)
-        values.push_back(v.value);
-    EXPECT_EQ(values, (std::vector<std::int32_t>{0, 1224, -1224, 0, 8061, -4030, -4030, 0}));
+    ASSERT_EQ(SvParser::parseASDUFromFrame(real.data(), real.size()).size(), 1u);
 
     auto malformed = [](Bytes frame) {
         EXPECT_THROW(SvParser::parseASDUFromFrame(frame.data(), frame.size()), MalformedFrame);

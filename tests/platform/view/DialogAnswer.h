@@ -8,25 +8,31 @@
 
 namespace TavTest {
 
-// Answers the next dialog of type D that appears, as a person would: `look` sees
-// it first and returns the response to emit, or nothing to keep waiting (for a
-// file chooser still loading its folder, say). Dialogs run a nested main loop,
-// so this polls from a timeout on that loop.
-template <typename D> void answerNextDialog(std::function<std::optional<int>(D&)> look) {
-    Glib::signal_timeout().connect(
-        [look] {
+// Answers dialogs of type D as a person would: `look` sees each one shown and
+// returns the response to emit, or nothing to keep waiting (for a file chooser
+// still loading its folder, say). Only the next dialog is answered unless
+// `every`. Dialogs run a nested main loop, so this polls from a timeout on it.
+template <typename D>
+sigc::connection answerDialogs(std::function<std::optional<int>(D&)> look, bool every) {
+    return Glib::signal_timeout().connect(
+        [look, every] {
             for (Gtk::Window* window : Gtk::Window::list_toplevels()) {
                 auto* dialog = dynamic_cast<D*>(window);
                 if (dialog == nullptr || !dialog->get_mapped())
                     continue;
                 if (const std::optional<int> response = look(*dialog)) {
                     dialog->response(*response);
-                    return false;
+                    if (!every)
+                        return false;
                 }
             }
             return true;
         },
         20);
+}
+
+template <typename D> void answerNextDialog(std::function<std::optional<int>(D&)> look) {
+    answerDialogs<D>(std::move(look), false);
 }
 
 } // namespace TavTest

@@ -95,16 +95,6 @@ TEST_F(PanelManagerTest, PanelsSitWhereTheirPositionsSay) {
     EXPECT_EQ(manager_->panels()[3]->title(), "Файлы");
 }
 
-TEST_F(PanelManagerTest, EveryPanelHasATitleBarAboveItsContent) {
-    auto* panel = dynamic_cast<Tav::PanelView*>(list_);
-    ASSERT_NE(panel, nullptr);
-    const Box bar = placeOf(panel->titleBar(), *window_);
-    const Box content = placeOf(listView_, *window_);
-    EXPECT_GT(bar.height, 0);
-    EXPECT_LE(bar.bottom(), content.y);
-    EXPECT_EQ(content.bottom(), place(list_).bottom());
-}
-
 TEST_F(PanelManagerTest, APanelCollapsesToItsTitleBarAndComesBack) {
     auto* panel = dynamic_cast<Tav::PanelView*>(files_);
     const int before = place(files_).height;

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "model/TavNaModel.h"
+#include "tests/support/GuiTest.h"
+#include "tests/support/TestCaptures.h"
 
 #include <atomic>
-#include <sigc++/connection.h>
+#include <gtest/gtest.h>
 #include <string>
-#include <vector>
 
 namespace TavTest {
 
@@ -13,20 +14,25 @@ namespace TavTest {
 // worker has rebuilt the stream tree and the posted work has run.
 class LoadedModel {
 public:
-    LoadedModel();
-    ~LoadedModel();
+    LoadedModel() {
+        updated = model.getPackageListModel().signalUpdated.connect([this] { ++updates; });
+    }
+    ~LoadedModel() { updated.disconnect(); }
 
     TavNA::TavNaModel model;
 
     // Opens the file and returns once its streams are in the tree.
-    void open(const std::string& path);
+    void open(const std::string& path) {
+        const int before = updates.load();
+        model.parseFile(path);
+        ASSERT_TRUE(pumpUntil([&] { return updates.load() > before; }, std::chrono::seconds(60)))
+            << path;
+        pumpPending();
+    }
 
 private:
     std::atomic<int> updates{0};
     sigc::connection updated;
 };
-
-// A capture written by the generator into this run's temp folder, once per name.
-std::string generated(const std::string& name, const std::vector<std::string>& options);
 
 } // namespace TavTest

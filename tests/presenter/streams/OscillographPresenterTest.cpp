@@ -10,9 +10,9 @@
 #include <gtest/gtest.h>
 #include <gtkmm/window.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -41,6 +41,10 @@ const std::string& gooseCapture() {
     return path;
 }
 
+template <typename Presenter> Gtk::CheckButton& checkBox(Presenter& stream, std::size_t channel) {
+    return stream.getChannelsPresenter().getEntries().at(channel)->getViewObj().checkButton();
+}
+
 class OscillographDrawing : public testing::Test {
 protected:
     TavTest::LoadedModel loaded;
@@ -66,12 +70,7 @@ protected:
 
     template <typename Presenter> auto& tick(Presenter& stream, std::size_t channel) {
         stream.getViewObj()->nameButton().clicked();
-        stream.getChannelsPresenter()
-            .getEntries()
-            .at(channel)
-            ->getViewObj()
-            .checkButton()
-            .set_active(true);
+        checkBox(stream, channel).set_active(true);
         return *stream.getModel().getChannels().getItems().at(channel);
     }
 
@@ -125,14 +124,7 @@ TEST_F(OscillographDrawing, SvCurveIsScaledAndThinnedByAWholeStride) {
     EXPECT_EQ(points.size(), 1000u);
 
     // Unticking drops the curve without a redraw.
-    list.getSvStreams()
-        .at(0)
-        ->getChannelsPresenter()
-        .getEntries()
-        .at(0)
-        ->getViewObj()
-        .checkButton()
-        .set_active(false);
+    checkBox(*list.getSvStreams().at(0), 0).set_active(false);
     EXPECT_TRUE(scope.getSvSelection().empty());
     EXPECT_TRUE(points.empty());
     EXPECT_FALSE(scope.getViewObj().isActive());
@@ -213,11 +205,10 @@ TEST_F(OscillographDrawing, RemovingAFileTakesItsChannelsOut) {
 }
 
 std::size_t countLines(const std::string& path, const std::string& needle) {
-    std::ifstream in(path);
-    std::size_t count = 0;
-    for (std::string line; std::getline(in, line);)
-        count += line.find(needle) != std::string::npos;
-    return count;
+    const auto lines = TavTest::readLines(path);
+    return std::count_if(lines.begin(), lines.end(), [&](const std::string& line) {
+        return line.find(needle) != std::string::npos;
+    });
 }
 
 TEST_F(OscillographDrawing, AVanishedFileDrawsNothingAndLogsOnce) {
@@ -257,7 +248,7 @@ TEST(OscillographUnshown, NoColumnsReadNothing) {
     const std::string log = TavTest::tempDir() + "/unshown.log";
     TavLog::Log::setFilePath(log);
     std::filesystem::remove(copy);
-    stream.getChannelsPresenter().getEntries().at(0)->getViewObj().checkButton().set_active(true);
+    checkBox(stream, 0).set_active(true);
     TavLog::Log::setFilePath("");
 
     EXPECT_EQ(scope.getSvSelection().size(), 1u);

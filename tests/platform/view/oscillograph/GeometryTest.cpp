@@ -1,16 +1,20 @@
 #include "platform/view/oscillograph/CoordinateMapper.h"
 #include "platform/view/oscillograph/Decimator.h"
 #include "platform/view/oscillograph/PlotLayout.h"
+#include "platform/view/oscillograph/TimeAxis.h"
 #include "platform/view/oscillograph/TimeWindow.h"
+#include "platform/view/oscillograph/ValueAxis.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 namespace TavView {
 namespace {
 
+// Seven pixels a character: close enough to the real font for spacing rules.
 double charWidth(const std::string& s) {
     return 7.0 * static_cast<double>(s.size());
 }
@@ -33,35 +37,21 @@ TEST(CoordinateMapper, MapsTimeAndValueBothWays) {
     EXPECT_DOUBLE_EQ(flat.toPixel(5.0), 200.0);
 }
 
-TEST(TimeWindow, ZoomAndPanStayInsideTheDuration) {
+// Clamping at the ends through the widget is checked in its own tests.
+TEST(TimeWindow, ZoomKeepsItsCentreTakesReversedEndsAndStopsAtTheMinimumWidth) {
     TimeWindow w;
     w.setDuration(10.0);
-    EXPECT_DOUBLE_EQ(w.from(), 0.0);
-    EXPECT_DOUBLE_EQ(w.to(), 10.0);
-
     w.setRange(2.0, 4.0);
     w.zoomAround(3.0, 0.5);
     EXPECT_DOUBLE_EQ(w.from(), 2.5);
     EXPECT_DOUBLE_EQ(w.to(), 3.5);
-
-    w.panBy(100.0);
-    EXPECT_DOUBLE_EQ(w.to(), 10.0);
-    EXPECT_DOUBLE_EQ(w.width(), 1.0);
     w.panBy(-100.0);
     EXPECT_DOUBLE_EQ(w.from(), 0.0);
     EXPECT_DOUBLE_EQ(w.width(), 1.0);
 
-    w.zoomAround(0.5, 1000.0);
-    EXPECT_DOUBLE_EQ(w.from(), 0.0);
-    EXPECT_DOUBLE_EQ(w.to(), 10.0);
-
-    w.setRange(-5.0, 1.0);
-    EXPECT_DOUBLE_EQ(w.from(), 0.0);
-    EXPECT_DOUBLE_EQ(w.to(), 6.0);
-    w.setRange(9.0, 7.0); // reversed ends are taken as a window
+    w.setRange(9.0, 7.0);
     EXPECT_DOUBLE_EQ(w.from(), 7.0);
     EXPECT_DOUBLE_EQ(w.to(), 9.0);
-
     for (int i = 0; i < 200; ++i)
         w.zoomAround(8.0, 0.5);
     EXPECT_NEAR(w.width(), TimeWindow::MinWidth, 1e-15);
@@ -218,6 +208,87 @@ TEST_F(LayoutFixture, UnsortedPointsAreDrawnInTimeOrder) {
     EXPECT_EQ(PlotLayout::valueAt(*c.points, 0.15), 3.0f);
     EXPECT_EQ(PlotLayout::valueAt(*c.points, 0.65), 1.0f);
     EXPECT_EQ(PlotLayout::valueAt(*c.points, 0.05), std::nullopt);
+}
+
+bool isRoundStep(double step) {
+    const double mantissa = step / std::pow(10.0, std::floor(std::log10(step) + 1e-9));
+    for (double m : {1.0, 2.0, 5.0}) {
+        if (std::abs(mantissa - m) < 1e-6)
+            return true;
+    }
+    return false;
+}
+
+TEST(TimeAxis, PicksRoundStepsWhoseLabelsNeverOverlapOrRepeat) {
+    for (double span : {2e-6, 7.3e-5, 1e-3, 0.0123, 0.1, 0.75, 3.0, 47.0, 1800.0}) {
+        for (double start : {0.0, 0.37, 1234.5678}) {
+            for (double pixels : {150.0, 600.0, 1856.0}) {
+                SCOPED_TRACE(testing::Message() << span << " from " << start << " on " << pixels);
+                const TickSet set = TimeAxis::choose(start, start + span, pixels, charWidth);
+                ASSERT_FALSE(set.ticks.empty());
+                EXPECT_TRUE(isRoundStep(set.step)) << set.step;
+                std::set<std::string> labels;
+                for (std::size_t i = 0; i < set.ticks.size(); ++i) {
+                    EXPECT_GE(set.ticks[i].value, start - 1e-12);
+                    EXPECT_LE(set.ticks[i].value, start + span + 1e-12);
+                    labels.insert(set.ticks[i].label);
+                    if (i == 0)
+                        continue;
+                    const double gap =
+                        (set.ticks[i].value - set.ticks[i - 1].value) / span * pixels;
+                    const double halves =
+                        (charWidth(set.ticks[i].label) + charWidth(set.ticks[i - 1].label)) / 2.0;
+                    EXPECT_GT(gap, halves) << set.ticks[i - 1].label << " / " << set.ticks[i].label;
+                }
+                EXPECT_EQ(labels.size(), set.ticks.size()) << "two ticks read the same";
+            }
+        }
+    }
+}
+
+TEST(TimeAxis, UnitFollowsTheZoomLevel) {
+    const TickSet ms = TimeAxis::choose(0.0, 0.1, 1000.0, charWidth);
+    ASSERT_EQ(ms.ticks.size(), 11u);
+    EXPECT_EQ(ms.ticks[0].label, "0 ms");
+    EXPECT_EQ(ms.ticks[10].label, "100 ms");
+    for (const auto& [span, second] :
+         {std::pair{0.1, "10 ms"}, std::pair{50e-6, "5 \u00b5s"}, std::pair{60.0, "5 s"}}) {
+        const TickSet set = TimeAxis::choose(0.0, span, 1000.0, charWidth);
+        ASSERT_GT(set.ticks.size(), 1u) << span;
+        EXPECT_EQ(set.ticks[1].label, second);
+    }
+    EXPECT_EQ(TimeAxis::label(0.0025, 0.0005), "2.5 ms");
+    EXPECT_EQ(TimeAxis::label(1.5, 0.5), "1.5 s");
+    EXPECT_EQ(TimeAxis::label(0.00015, 0.00005), "150 \u00b5s");
+}
+
+TEST(TimeAxis, EmptyOrInvertedWindowHasNoTicks) {
+    EXPECT_TRUE(TimeAxis::choose(1.0, 1.0, 500.0, charWidth).ticks.empty());
+    EXPECT_TRUE(TimeAxis::choose(2.0, 1.0, 500.0, charWidth).ticks.empty());
+    EXPECT_TRUE(TimeAxis::choose(0.0, 1.0, 0.0, charWidth).ticks.empty());
+}
+
+TEST(ValueAxis, UsesEngineeringPrefixesAndKeepsTicksApart) {
+    const TickSet kilo = ValueAxis::choose(-2600.0, 2600.0, 400.0, 11.0);
+    ASSERT_FALSE(kilo.ticks.empty());
+    EXPECT_TRUE(isRoundStep(kilo.step));
+    EXPECT_GE(kilo.step / 5200.0 * 400.0, 22.0);
+    std::set<std::string> labels;
+    for (const Tick& t : kilo.ticks)
+        labels.insert(t.label);
+    EXPECT_EQ(labels.size(), kilo.ticks.size());
+    EXPECT_TRUE(labels.count("0"));
+    EXPECT_TRUE(labels.count("1k") || labels.count("1.0k")) << kilo.ticks.back().label;
+
+    const TickSet mega = ValueAxis::choose(0.0, 3.2e6, 300.0, 11.0);
+    ASSERT_FALSE(mega.ticks.empty());
+    EXPECT_EQ(mega.ticks.back().label.back(), 'M');
+
+    const TickSet small = ValueAxis::choose(-0.02, 0.03, 300.0, 11.0);
+    EXPECT_EQ(small.ticks.front().label, "-0.020"); // step 0.005 needs three digits
+
+    EXPECT_EQ(ValueAxis::readout(-1234.5), "-1.23k");
+    EXPECT_EQ(ValueAxis::readout(0.5), "0.500");
 }
 
 } // namespace

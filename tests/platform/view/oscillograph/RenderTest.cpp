@@ -123,22 +123,6 @@ TEST_P(Render, CurvesAndStepsLandWhereTheMapperPutsThem) {
     EXPECT_FALSE(canvas.near(m.timeToX(0.4), (zeroY + oneY) / 2.0, Blue, 2));
 }
 
-TEST_P(Render, OneSampleSpikeAmongManyStaysVisible) {
-    std::vector<Tav::PointF> points(100000);
-    for (std::size_t i = 0; i < points.size(); ++i)
-        points[i] = {static_cast<float>(i * 1e-5), 0.0f};
-    points[61803].y = 100.0f;
-    const Tav::Series spiky = series(Red, Tav::Series::Analog, std::move(points));
-    Canvas canvas;
-    canvas.direct = GetParam();
-    canvas.render({&spiky}, 0.0, 1.0);
-    const CoordinateMapper& m = canvas.layout.mapper;
-    const double x = m.timeToX(0.61803);
-    EXPECT_TRUE(canvas.near(x, m.valueToY(50.0), Red));
-    EXPECT_TRUE(canvas.near(x, m.valueToY(99.0), Red));
-    EXPECT_FALSE(canvas.near(m.timeToX(0.3), m.valueToY(50.0), Red, 2));
-}
-
 TEST_P(Render, WildCoordinatesStayInsideThePlot) {
     const Tav::Series wild = series(Red, Tav::Series::Analog,
                                     {{-1e9f, 1e30f}, {0.5f, -1e30f}, {0.6f, NAN}, {1e9f, 3e38f}});
