@@ -9,6 +9,7 @@ packages=(
     libgtkmm-3.0-dev libsigc++-2.0-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     xvfb xauth                        # GUI tests and `make run` without a display
+    libxtst-dev                       # the end-to-end suite's input, through the X server
     fonts-dejavu-core                 # legible text in screenshots and help documents
     imagemagick                       # screenshots of the running window
 )

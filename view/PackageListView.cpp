@@ -9,6 +9,7 @@ PackageListView::Section::Section(const std::string& title) : label(title) {
     label.set_halign(Gtk::ALIGN_START);
     expander.set_label_widget(label);
     expander.add(streams);
+    expander.set_expanded(true);
 }
 
 PackageListView::PackageListView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL) {

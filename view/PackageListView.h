@@ -25,7 +25,7 @@ private:
     // One protocol's collapsible section and the box of its stream views.
     struct Section {
         explicit Section(const std::string& title);
-        Tav::ExtendedExpander expander{true};
+        Tav::ExtendedExpander expander;
         Gtk::Label label;
         Gtk::Box streams{Gtk::ORIENTATION_VERTICAL};
     };

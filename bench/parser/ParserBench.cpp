@@ -1,6 +1,7 @@
 // tavna-bench-parser [CAPTURE]: parses a big SV capture from the page cache and
 // compares the throughput with a walk over the same file's record headers
 // through the same file access, the most any parse could reach.
+#include "bench/BenchCapture.h"
 #include "platform/parser/ContainerReader.h"
 #include "platform/parser/MappedFile.h"
 #include "platform/parser/PcapParser.h"
@@ -52,20 +53,6 @@ double median(std::vector<double> v) {
     return v[v.size() / 2];
 }
 
-void writeCaptureOnce(const std::string& path) {
-    if (std::filesystem::exists(path))
-        return;
-    std::printf("writing %s with tavna-gen (once)\n", path.c_str());
-    std::string tmp = path + ".part";
-    std::string cmd = std::string("'") + TAVNA_GEN_PATH + "' '" + tmp +
-                      "' --format pcap --sv 8 --rate 4000 --duration 100";
-    if (std::system(cmd.c_str()) != 0) {
-        std::fprintf(stderr, "tavna-gen failed\n");
-        std::exit(1);
-    }
-    std::filesystem::rename(tmp, path);
-}
-
 // Touches every record header and nothing else, through the same mapping.
 std::uint64_t walk(const std::string& path) {
     MappedFile file(path);
@@ -101,7 +88,7 @@ void operator delete[](void* p, std::size_t) noexcept {
 int main(int argc, char** argv) {
     const std::string path = argc > 1 ? argv[1] : TAVNA_BENCH_CAPTURE;
     if (argc <= 1)
-        writeCaptureOnce(path);
+        writeCaptureOnce(path, "--format pcap --sv 8 --rate 4000 --duration 100");
     const double megabytes = static_cast<double>(std::filesystem::file_size(path)) / kMB;
     walk(path); // into the page cache
 

@@ -1,7 +1,9 @@
 // tavna-bench-presenter: the cost of one oscillograph redraw with eight SV
 // channels ticked and a whole 5 s, 8-stream capture visible at 1920 px.
+#include "bench/BenchCapture.h"
 #include "presenter/OscillographPresenter.h"
 #include "presenter/PackageListPresenter.h"
+#include "tools/session/Display.h"
 
 #include <benchmark/benchmark.h>
 #include <glibmm/main.h>
@@ -23,19 +25,6 @@ namespace {
 using namespace TavNA;
 
 constexpr int kPlotWidth = 1920;
-
-void writeCaptureOnce(const std::string& path) {
-    if (std::filesystem::exists(path))
-        return;
-    const std::string tmp = path + ".part";
-    const std::string cmd =
-        std::string("'") + TAVNA_GEN_PATH + "' '" + tmp + "' --sv 8 --duration 5 > /dev/null";
-    if (std::system(cmd.c_str()) != 0) {
-        std::fprintf(stderr, "tavna-gen failed\n");
-        std::exit(1);
-    }
-    std::filesystem::rename(tmp, path);
-}
 
 bool pumpUntil(const std::function<bool()>& done) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
@@ -119,28 +108,11 @@ BENCHMARK(BM_RedrawEightSvChannels)
     ->Repetitions(9)
     ->ReportAggregatesOnly(true);
 
-// Widgets need a display: without one, run again inside a private X server.
-[[noreturn]] void reexecUnderXvfb(int argc, char** argv) {
-    setenv("TAVNA_UNDER_XVFB", "1", 1);
-    char screen[] = "-screen 0 2400x1200x24 -nolisten tcp";
-    std::vector<char*> args{const_cast<char*>("xvfb-run"), const_cast<char*>("-a"),
-                            const_cast<char*>("-s"), screen};
-    args.insert(args.end(), argv, argv + argc);
-    args.push_back(nullptr);
-    execvp(args[0], args.data());
-    perror("xvfb-run");
-    std::exit(127);
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
-    const char* display = std::getenv("DISPLAY");
-    if ((display == nullptr || *display == '\0') && std::getenv("TAVNA_UNDER_XVFB") == nullptr)
-        reexecUnderXvfb(argc, argv);
-    setenv("GTK_THEME", "Adwaita", 1);
-    setenv("NO_AT_BRIDGE", "1", 1);
-    writeCaptureOnce(TAVNA_BENCH_CAPTURE);
+    TavSession::ensureDisplay(argc, argv, "2400x1200x24");
+    writeCaptureOnce(TAVNA_BENCH_CAPTURE, "--sv 8 --duration 5");
     benchmark::Initialize(&argc, argv);
     Gtk::Main kit(argc, argv);
     Scene loaded;

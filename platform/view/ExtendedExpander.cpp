@@ -2,8 +2,8 @@
 
 namespace Tav {
 
-ExtendedExpander::ExtendedExpander(bool expanded) {
-    set_expanded(expanded);
+ExtendedExpander::ExtendedExpander(bool fillHeader) {
+    set_label_fill(fillHeader);
     // The signal's own blocked state must decide, so forward through emit().
     property_expanded().signal_changed().connect([this] { expandedChanged_.emit(); });
 }

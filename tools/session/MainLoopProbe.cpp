@@ -1,0 +1,26 @@
+#include "tools/session/MainLoopProbe.h"
+
+#include <glibmm/main.h>
+
+namespace TavSession {
+
+MainLoopProbe::MainLoopProbe(std::chrono::milliseconds period)
+    : period_(period), last_(std::chrono::steady_clock::now()) {
+    timer_ = Glib::signal_timeout().connect(sigc::mem_fun(*this, &MainLoopProbe::_onTick),
+                                            static_cast<unsigned>(period.count()));
+}
+
+MainLoopProbe::~MainLoopProbe() {
+    timer_.disconnect();
+}
+
+bool MainLoopProbe::_onTick() {
+    const auto now = std::chrono::steady_clock::now();
+    const auto late = std::chrono::duration_cast<std::chrono::microseconds>(now - last_) - period_;
+    worst_ = std::max(worst_, late);
+    last_ = now;
+    ++ticks_;
+    return true;
+}
+
+} // namespace TavSession

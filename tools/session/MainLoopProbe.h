@@ -1,0 +1,31 @@
+#pragma once
+
+#include <chrono>
+#include <sigc++/connection.h>
+
+namespace TavSession {
+
+// A timer on the main loop that records how late its ticks come: a window
+// that stops answering shows here as a late tick. Made, read and destroyed on
+// the main thread.
+class MainLoopProbe {
+public:
+    explicit MainLoopProbe(std::chrono::milliseconds period);
+    ~MainLoopProbe();
+    MainLoopProbe(const MainLoopProbe&) = delete;
+    MainLoopProbe& operator=(const MainLoopProbe&) = delete;
+
+    std::chrono::microseconds worstLateness() const { return worst_; }
+    long ticks() const { return ticks_; }
+
+private:
+    bool _onTick();
+
+    std::chrono::microseconds period_;
+    std::chrono::steady_clock::time_point last_;
+    std::chrono::microseconds worst_{0};
+    long ticks_ = 0;
+    sigc::connection timer_;
+};
+
+} // namespace TavSession
