@@ -48,7 +48,7 @@ struct MessageBoxes {
     ~MessageBoxes() { watch.disconnect(); }
 };
 
-// Long enough to load that a click right after the start lands mid-parse.
+// Long enough to load that closing right after the start lands mid-parse.
 std::string largeCapture() {
     return TavTest::generated("large", {"--sv", "8", "--duration", "20"});
 }
@@ -107,26 +107,6 @@ TEST_F(ShellTest, OpensItsWindowWithMenuPanelsAndStatusBar) {
     EXPECT_TRUE(window.get_visible());
 }
 
-TEST_F(ShellTest, ModeSwitchRebuildsThePanelsWithFilesOnlyInPcapMode) {
-    load(TavTest::sharedCapture(goose8));
-    ASSERT_EQ(model().getFileManagerModel().size(), 1u);
-
-    bar().modeSwitch().set_active(true); // as the user flips it
-    EXPECT_EQ(model().getMode(), Mode::Ethernet);
-    EXPECT_EQ(bar().modeLabel().get_text(), "ETHERNET");
-    EXPECT_EQ(panelTitles(),
-              (std::vector<std::string>{"Список SV и GOOSE", "Описание", "Осциллограмма"}));
-    EXPECT_EQ(shell->getFileManagerPresenter(), nullptr);
-    EXPECT_EQ(shell->getMainView().bodyBox().get_children().size(), 1u);
-
-    bar().modeSwitch().set_active(false);
-    EXPECT_EQ(model().getMode(), Mode::Pcap);
-    EXPECT_EQ(panelTitles().back(), "Файлы");
-    EXPECT_EQ(model().getFileManagerModel().size(), 0u);
-    TavTest::pumpPending();
-    EXPECT_EQ(rows(), 0u);
-}
-
 TEST_F(ShellTest, OpenAsksForACaptureOnlyInPcapMode) {
     auto& menu = dynamic_cast<TavNaMenuView&>(*shell->getMenuPresenter().getView());
     const std::string chosen = TavTest::sharedCapture(goose8);
@@ -178,24 +158,6 @@ TEST_F(ShellTest, StatusBarShowsTheFileAndItsProgressWhileItLoads) {
     ASSERT_FALSE(fractions.empty());
     EXPECT_DOUBLE_EQ(fractions.back(), 1.0);
     EXPECT_TRUE(model().getFileManagerModel().isExists(path));
-}
-
-TEST_F(ShellTest, CancelStopsTheLoadOfALargeCapture) {
-    const std::string path = largeCapture();
-    double highest = 0.0;
-    bar().progressBar().property_fraction().signal_changed().connect(
-        [&] { highest = std::max(highest, bar().progressBar().get_fraction()); });
-
-    model().parseFile(path);
-    ASSERT_TRUE(bar().cancelLoadButton().get_visible());
-    bar().cancelLoadButton().clicked();
-    ASSERT_TRUE(TavTest::pumpUntil([&] { return !bar().progressBar().get_visible(); }, 60s));
-
-    EXPECT_LT(highest, 1.0);
-    EXPECT_FALSE(bar().cancelLoadButton().get_visible());
-    EXPECT_EQ(model().getFileManagerModel().size(), 0u);
-    TavTest::pumpPending();
-    EXPECT_EQ(rows(), 0u);
 }
 
 TEST_F(ShellTest, FileListHasARowPerFileAndItsButtonRemovesTheFile) {

@@ -132,30 +132,4 @@ TEST_F(PanelManagerTest, ContentOutlivesTheLayout) {
     other.remove();
 }
 
-TEST(PanelManager, PanelsBesideAParentAndSharedSidesSplitTheirPlace) {
-    Tav::Window window;
-    Tav::PanelManagerPresenter manager;
-    window.add(*dynamic_cast<Gtk::Widget*>(manager.getView()));
-    LabelView a{"a"}, b{"b"}, c{"c"}, d{"d"}, e{"e"};
-    auto* top = manager.newPanel("top", Tav::Positions::Top, a, nullptr);
-    auto* bottom = manager.newPanel("bottom", Tav::Positions::Bottom, b, nullptr);
-    auto* leftOfTop = manager.newPanel("left of top", Tav::Positions::Left, c, top);
-    auto* above = manager.newPanel("above bottom", Tav::Positions::Top, d, bottom);
-    auto* secondTop = manager.newPanel("second top", Tav::Positions::Top, e, nullptr);
-    window.set_default_size(800, 600);
-    window.show_all();
-    ASSERT_TRUE(TavTest::pumpUntil([&] { return widgetOf(secondTop).get_allocated_width() > 1; }));
-    TavTest::pumpPending();
-    const Box t = placeOf(widgetOf(top), window), bo = placeOf(widgetOf(bottom), window),
-              l = placeOf(widgetOf(leftOfTop), window), ab = placeOf(widgetOf(above), window),
-              s = placeOf(widgetOf(secondTop), window);
-    EXPECT_LE(t.bottom(), ab.y);  // top row over the bottom row
-    EXPECT_LE(ab.bottom(), bo.y); // above its parent
-    EXPECT_EQ(ab.x, bo.x);
-    EXPECT_LE(l.right(), t.x); // left of its parent, same row
-    EXPECT_EQ(l.y, t.y);
-    EXPECT_LE(t.right(), s.x); // a second panel at the top goes to the right
-    EXPECT_EQ(s.y, t.y);
-}
-
 } // namespace

@@ -129,7 +129,9 @@ TEST_F(OscillographWidget, SetSeriesRangeReportsAtOnceAndOtherSettersStayQuiet) 
     EXPECT_EQ(ranges.size(), 2u);
 }
 
-TEST_F(OscillographWidget, WheelBurstZoomsAroundThePointerAndReportsOnce) {
+// The pointer sits off the window's centre, where zooming around the middle
+// would pass as well; a drag's scale is checked to the pixel.
+TEST_F(OscillographWidget, WheelAndDragFollowThePointerStopAtTheEndsAndReportOncePerBurst) {
     scope.setSeriesDuration(10.0f);
     scope.setHorizontalInterval(2.0f, 6.0f);
     const double x = xOf(3.0);
@@ -138,9 +140,21 @@ TEST_F(OscillographWidget, WheelBurstZoomsAroundThePointerAndReportsOnce) {
     settle();
     ASSERT_EQ(ranges.size(), 1u);
     const auto [from, to] = range();
-    EXPECT_NEAR(to - from, 4.0 * std::pow(0.8, 5), 1e-9);
     EXPECT_NEAR(from + (to - from) * 0.25, 3.0, 1e-6) << "the time under the pointer stays";
     EXPECT_FLOAT_EQ(ranges[0].first, static_cast<float>(from));
+
+    ranges.clear();
+    const double width = to - from;
+    motion(400.0, 0); // moving without a button only moves the cursor
+    button(GDK_BUTTON_PRESS, 400.0);
+    motion(300.0, GDK_BUTTON1_MASK);
+    EXPECT_NEAR(range().first, from + 100.0 * width / scope.getPixelWidth(), 1e-6);
+    motion(-5000.0, GDK_BUTTON1_MASK);
+    button(GDK_BUTTON_RELEASE, -5000.0);
+    settle();
+    EXPECT_EQ(ranges.size(), 1u);
+    EXPECT_NEAR(range().first, 10.0 - width, 1e-9);
+    EXPECT_EQ(range().second, 10.0);
 
     ranges.clear();
     for (int i = 0; i < 60; ++i)
@@ -153,6 +167,12 @@ TEST_F(OscillographWidget, WheelBurstZoomsAroundThePointerAndReportsOnce) {
     wheel(x, GDK_SCROLL_DOWN); // already showing everything
     TavTest::pumpFor(100ms);
     EXPECT_TRUE(ranges.empty());
+
+    scope.setHorizontalInterval(1.0f, 2.0f);
+    key(GDK_KEY_Home);
+    settle();
+    EXPECT_EQ(ranges.size(), 1u);
+    EXPECT_EQ(range(), std::make_pair(0.0, 10.0));
 }
 
 TEST_F(OscillographWidget, ShiftWheelScrollsAndCtrlWheelZoomsOnlyValues) {
@@ -177,43 +197,6 @@ TEST_F(OscillographWidget, ShiftWheelScrollsAndCtrlWheelZoomsOnlyValues) {
     EXPECT_NEAR(range().first, 1.6, 1e-9);
 }
 
-TEST_F(OscillographWidget, DragPansClampedAndDoubleClickOrHomeShowsAll) {
-    scope.setSeriesDuration(10.0f);
-    scope.setHorizontalInterval(4.0f, 6.0f);
-    const double perPixel = 2.0 / scope.getPixelWidth();
-    motion(400.0, 0); // moving without a button only moves the cursor
-    button(GDK_BUTTON_PRESS, 400.0);
-    motion(380.0, GDK_BUTTON1_MASK);
-    motion(300.0, GDK_BUTTON1_MASK);
-    button(GDK_BUTTON_RELEASE, 300.0);
-    settle();
-    EXPECT_EQ(ranges.size(), 1u);
-    EXPECT_NEAR(range().first, 4.0 + 100.0 * perPixel, 1e-6);
-    EXPECT_NEAR(range().second - range().first, 2.0, 1e-9);
-
-    ranges.clear();
-    button(GDK_BUTTON_PRESS, 300.0);
-    motion(-5000.0, GDK_BUTTON1_MASK);
-    button(GDK_BUTTON_RELEASE, -5000.0);
-    settle();
-    EXPECT_EQ(range(), std::make_pair(8.0, 10.0));
-
-    ranges.clear();
-    button(GDK_BUTTON_PRESS, 300.0);
-    button(GDK_2BUTTON_PRESS, 300.0);
-    button(GDK_BUTTON_RELEASE, 300.0);
-    settle();
-    EXPECT_EQ(ranges.size(), 1u);
-    EXPECT_EQ(range(), std::make_pair(0.0, 10.0));
-
-    scope.setHorizontalInterval(1.0f, 2.0f);
-    ranges.clear();
-    key(GDK_KEY_Home);
-    settle();
-    EXPECT_EQ(ranges.size(), 1u);
-    EXPECT_EQ(range(), std::make_pair(0.0, 10.0));
-}
-
 TEST_F(OscillographWidget, ScrollbarSpansTheDurationAndMovesTheWindow) {
     scope.setSeriesDuration(10.0f);
     scope.setSeriesRange(2.0, 4.0);
@@ -231,33 +214,6 @@ TEST_F(OscillographWidget, ScrollbarSpansTheDurationAndMovesTheWindow) {
     adjustment->set_value(9.5); // the adjustment itself keeps the page inside
     settle();
     EXPECT_EQ(range(), std::make_pair(8.0, 10.0));
-}
-
-TEST_F(OscillographWidget, RepeatedChangesCoalesceIntoOneRedraw) {
-    int draws = 0;
-    area().signal_draw().connect(
-        [&](const Cairo::RefPtr<Cairo::Context>&) {
-            ++draws;
-            return false;
-        },
-        false);
-    std::vector<Tav::Series> series(8);
-    scope.setSeriesDuration(1.0f);
-    scope.setHorizontalInterval(0.2f, 0.4f);
-    TavTest::pumpFor(500ms); // the scrollbar's own transitions settle
-    draws = 0;
-    for (Tav::Series& s : series) {
-        s.points = {{0.0f, 0.0f}, {1.0f, 1.0f}};
-        scope.addSeries(&s);
-        s.signalPointsChanged.emit();
-        s.signalChanged.emit();
-    }
-    scope.setHorizontalInterval(0.2f, 0.4f);
-    scope.showAll();
-    ASSERT_TRUE(TavTest::pumpUntil([&] { return draws > 0; }));
-    TavTest::pumpFor(100ms);
-    EXPECT_EQ(draws, 1);
-    EXPECT_EQ(scope.layout().curves.size(), series.size());
 }
 
 TEST_F(OscillographWidget, NothingMovesWithoutADuration) {
