@@ -89,7 +89,9 @@ TEST_F(Session, OpenPickTickZoomRemoveSwitchCancelAndClose) {
         Person user;
 
         // The capture named on the command line.
+        // The file's row shows before its streams do: both come from the load.
         user.waitForLoad("demo_substation.pcap");
+        waitFor("the demo's streams", [&] { return user.streams().size() == 4; });
         EXPECT_THAT(user.streams(), ElementsAre("01:0c:cd:04:00:01 Bay2MU01 | 4.0K",
                                                 "01:0c:cd:04:00:00 Bay1MU01 | 4.0K",
                                                 "01:0c:cd:01:00:01 BAY1CTRLPosition | 17",
@@ -100,6 +102,7 @@ TEST_F(Session, OpenPickTickZoomRemoveSwitchCancelAndClose) {
         // A second one through the menu's file chooser.
         user.openThroughMenu(bay3);
         user.waitForLoad("bay3.pcap");
+        waitFor("six streams", [&] { return user.streams().size() == 6; });
         EXPECT_TRUE(user.sees("demo_substation.pcap"));
         EXPECT_THAT(user.streams(), Contains("01:0c:cd:04:00:00 TavnaSV00 | 4.0K"));
         EXPECT_THAT(user.streams(), Contains("01:0c:cd:01:00:00 TavnaGOOSE00 | 9"));

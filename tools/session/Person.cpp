@@ -17,6 +17,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <thread>
 
 using namespace std::chrono_literals;
@@ -45,7 +46,25 @@ Gtk::Widget& panel(const std::string& title) {
     return *titleBar->get_parent();
 }
 
+Point centreOf(Gtk::Widget& w) {
+    return visibleRect(w).centre();
+}
+
 } // namespace
+
+// Like a person, wait for a greyed-out target to come alive before clicking:
+// panels stay insensitive while a file loads.
+Point Person::aim(const std::string& what, const std::function<Gtk::Widget*()>& find,
+                  const std::function<Point(Gtk::Widget&)>& spot) {
+    std::optional<Point> target;
+    waitUntil(what + " to take a click", [&] {
+        Gtk::Widget* w = find();
+        if (w != nullptr && w->is_sensitive())
+            target = spot(*w);
+        return target.has_value();
+    });
+    return *target;
+}
 
 TavView::Oscillograph& scopeWidget() {
     auto found = showingWidgets<TavView::Oscillograph>();
@@ -63,12 +82,12 @@ Point Person::whereIs(const std::string& text) {
 }
 
 void Person::click(const std::string& text) {
-    hands.click(whereIs(text));
+    hands.click(aim(
+        "\"" + text + "\"", [&] { return findByText(text); }, centreOf));
 }
 
 Clock::time_point Person::openThroughMenu(const std::string& path) {
     click("Файл");
-    waitUntil("the \"Открыть\" menu item", [] { return findByText("Открыть") != nullptr; });
     click("Открыть");
     waitUntil("the file chooser", [] { return !showingWidgets<Gtk::FileChooserDialog>().empty(); });
     // Ctrl+L opens the chooser's location field, where a path can be typed.
@@ -78,13 +97,12 @@ Clock::time_point Person::openThroughMenu(const std::string& path) {
     typeLocation(path);
     // The button, not Enter: Enter would first take a completion the field
     // may still offer. The chooser enables it once it has checked the path.
-    const auto openButton = [] {
-        auto found = showingWidgets<Gtk::Button>(
-            [](Gtk::Button& b) { return b.get_label() == "Открыть" && b.is_sensitive(); });
+    const auto openButton = []() -> Gtk::Widget* {
+        auto found =
+            showingWidgets<Gtk::Button>([](Gtk::Button& b) { return b.get_label() == "Открыть"; });
         return found.empty() ? nullptr : found.front();
     };
-    waitUntil("the chooser's \"Открыть\" button", [&] { return openButton() != nullptr; });
-    const auto chosen = hands.click(onUi([&] { return visibleRect(*openButton()).centre(); }));
+    const auto chosen = hands.click(aim("the chooser's \"Открыть\" button", openButton, centreOf));
     waitUntil("the file chooser to close",
               [] { return showingWidgets<Gtk::FileChooserDialog>().empty(); });
     return chosen;
@@ -150,29 +168,32 @@ std::vector<std::string> Person::channels() {
 }
 
 Clock::time_point Person::tick(const std::string& channel) {
-    return hands.click(onUi([&] {
+    const auto box = [&]() -> Gtk::Widget* {
         auto boxes = showingWidgets<Gtk::CheckButton>(
             [&](Gtk::CheckButton& b) { return b.get_label() == channel; });
-        if (boxes.empty())
-            throw SessionError("no channel check box \"" + channel + "\" on screen");
-        // The box itself, at the left end of its caption.
-        const Rect r = visibleRect(*boxes.front());
+        return boxes.empty() ? nullptr : boxes.front();
+    };
+    // The box itself, at the left end of its caption.
+    return hands.click(aim("the channel " + channel, box, [](Gtk::Widget& w) {
+        const Rect r = visibleRect(w);
         return Point{r.x + r.height / 2, r.y + r.height / 2};
     }));
 }
 
 void Person::removeFile(const std::string& fileName) {
-    hands.click(onUi([&] {
-        const Rect name = visibleRect(named(fileName));
+    const auto button = [&]() -> Gtk::Widget* {
+        Gtk::Widget* nameButton = findByText(fileName);
+        if (nameButton == nullptr)
+            return nullptr;
+        const Rect name = visibleRect(*nameButton);
         auto onRow = showingWidgets<Gtk::Button>([&](Gtk::Button& b) {
             const Rect r = visibleRect(b);
             return b.get_label().empty() && r.x >= name.x + name.width &&
                    std::abs(r.centre().y - name.centre().y) < name.height / 2;
         });
-        if (onRow.empty())
-            throw SessionError("no remove button on the row of " + fileName);
-        return visibleRect(*onRow.front()).centre();
-    }));
+        return onRow.empty() ? nullptr : onRow.front();
+    };
+    hands.click(aim("the remove button of " + fileName, button, centreOf));
 }
 
 namespace {
@@ -190,21 +211,15 @@ bool Person::cancelButtonShows() {
 }
 
 void Person::cancelLoad() {
-    hands.click(onUi([] {
-        Gtk::Button* button = cancelButton();
-        if (button == nullptr)
-            throw SessionError("no cancel button on screen");
-        return visibleRect(*button).centre();
-    }));
+    hands.click(aim("the cancel button", cancelButton, centreOf));
 }
 
 void Person::switchMode() {
-    hands.click(onUi([] {
+    const auto modeSwitch = []() -> Gtk::Widget* {
         auto switches = showingWidgets<Gtk::Switch>();
-        if (switches.empty())
-            throw SessionError("no mode switch on screen");
-        return visibleRect(*switches.front()).centre();
-    }));
+        return switches.empty() ? nullptr : switches.front();
+    };
+    hands.click(aim("the mode switch", modeSwitch, centreOf));
 }
 
 Rect Person::plot() {

@@ -4,10 +4,14 @@
 #include "tools/session/ScreenImage.h"
 
 #include <chrono>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
 
+namespace Gtk {
+class Widget;
+}
 namespace TavView {
 class Oscillograph;
 }
@@ -67,6 +71,8 @@ public:
 
 private:
     void typeLocation(const std::string& path);
+    Point aim(const std::string& what, const std::function<Gtk::Widget*()>& find,
+              const std::function<Point(Gtk::Widget&)>& spot);
 };
 
 // The oscillograph widget of the main window; main thread only.
