@@ -51,6 +51,7 @@ const std::string& largeCapture() {
     static const std::string path = [] {
         const std::string p = TavTest::tempDir() + "/substation_200s.pcap";
         TavTest::runGenerator({p, "--sv", "8", "--duration", "200"});
+        TavTest::flushToDisk(p);
         return p;
     }();
     return path;

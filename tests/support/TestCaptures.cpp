@@ -5,10 +5,12 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <sys/wait.h>
+#include <unistd.h>
 
 namespace TavTest {
 
@@ -98,6 +100,13 @@ void runGenerator(const std::vector<std::string>& args) {
     std::string out;
     int rc = runCommand(argv, out);
     ASSERT_EQ(rc, 0) << "capture writer failed: " << out;
+}
+
+void flushToDisk(const std::string& path) {
+    const int fd = ::open(path.c_str(), O_RDONLY);
+    ASSERT_GE(fd, 0) << "cannot open " << path;
+    EXPECT_EQ(::fsync(fd), 0) << "cannot flush " << path;
+    ::close(fd);
 }
 
 std::string generated(const std::string& name, const std::vector<std::string>& options) {

@@ -15,6 +15,11 @@ std::string tempDir();
 // fails the current test if it does not exit with 0.
 void runGenerator(const std::vector<std::string>& args);
 
+// Waits until the file's data is on the disk, as a capture recorded earlier
+// would be: a gigabyte just written is still being written back for tens of
+// seconds, and any fsync the application makes meanwhile waits behind it.
+void flushToDisk(const std::string& path);
+
 // NAME.pcap in the temporary folder, written by the capture writer with these
 // options the first time it is asked for.
 std::string generated(const std::string& name, const std::vector<std::string>& options);

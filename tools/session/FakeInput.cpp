@@ -104,13 +104,15 @@ void FakeInput::hold(std::initializer_list<unsigned long> keysyms, bool down) {
     }
 }
 
-void FakeInput::key(unsigned long keysym, std::initializer_list<unsigned long> heldKeys) {
+void FakeInput::key(unsigned long keysym, std::initializer_list<unsigned long> heldKeys,
+                    std::chrono::milliseconds holdFor) {
     bool shift = false;
     const unsigned code = keycodeOf(keysym, shift);
     hold(heldKeys, true);
     if (shift)
         hold({XK_Shift_L}, true);
     keyCode(code, true);
+    std::this_thread::sleep_for(holdFor);
     keyCode(code, false);
     if (shift)
         hold({XK_Shift_L}, false);

@@ -30,8 +30,10 @@ public:
     void drag(Point from, Point to, int steps = 12);
     // Positive steps turn the wheel away from the user (up), negative towards.
     void wheel(Point p, int steps, std::initializer_list<unsigned long> heldKeys = {});
-    // A key by its keysym, with modifier keysyms held down around it.
-    void key(unsigned long keysym, std::initializer_list<unsigned long> heldKeys = {});
+    // A key by its keysym, with modifier keysyms held down around it; the key
+    // itself is held down `holdFor` longer than the shortest distinct press.
+    void key(unsigned long keysym, std::initializer_list<unsigned long> heldKeys = {},
+             std::chrono::milliseconds holdFor = std::chrono::milliseconds(0));
     // Printable ASCII, typed key by key with Shift where the keymap needs it.
     void type(const std::string& text);
     // What a window manager sends when the user clicks a window's close box.

@@ -89,11 +89,21 @@ void Person::click(const std::string& text) {
 Clock::time_point Person::openThroughMenu(const std::string& path) {
     click("Файл");
     click("Открыть");
-    waitUntil("the file chooser", [] { return !showingWidgets<Gtk::FileChooserDialog>().empty(); });
+    // Keys reach the focused widget of the window under the pointer; sent
+    // before that widget is realized, they are lost.
+    waitUntil("the file chooser to take keys", [] {
+        auto dialogs = showingWidgets<Gtk::FileChooserDialog>();
+        if (dialogs.empty() || !dialogs.front()->get_mapped())
+            return false;
+        const Gtk::Widget* focus = dialogs.front()->get_focus();
+        return focus == nullptr || focus->get_realized();
+    });
     // Ctrl+L opens the chooser's location field, where a path can be typed.
     hands.moveTo(onUi(
         [] { return visibleRect(*showingWidgets<Gtk::FileChooserDialog>().front()).centre(); }));
-    hands.key(XK_l, {XK_Control_L});
+    // Held as a person holds a shortcut: the field it opens takes keys only
+    // once it is realized, and a release sent sooner reaches it unrealized.
+    hands.key(XK_l, {XK_Control_L}, 100ms);
     typeLocation(path);
     // The button, not Enter: Enter would first take a completion the field
     // may still offer. The chooser enables it once it has checked the path.
@@ -112,9 +122,15 @@ Clock::time_point Person::openThroughMenu(const std::string& path) {
 // in the background. Like a person, type the next character the field still
 // lacks, and take back one that landed after a late completion.
 void Person::typeLocation(const std::string& path) {
-    const auto fieldText = [] {
-        auto fields = showingWidgets<Gtk::Entry>([](Gtk::Entry& e) { return e.is_focus(); });
-        return fields.empty() ? std::string() : std::string(fields.front()->get_text());
+    const auto focusedField = [] {
+        auto fields = showingWidgets<Gtk::Entry>(
+            [](Gtk::Entry& e) { return e.is_focus() && e.get_realized(); });
+        return fields.empty() ? nullptr : fields.front();
+    };
+    waitUntil("the location field", [&] { return focusedField() != nullptr; });
+    const auto fieldText = [&] {
+        const Gtk::Entry* field = focusedField();
+        return field == nullptr ? std::string() : std::string(field->get_text());
     };
     std::string field;
     for (std::size_t keys = 0; (field = onUi(fieldText)) != path; ++keys) {
