@@ -29,6 +29,8 @@ struct RawOptions {
     std::vector<std::uint64_t> changesNs;
     bool simulation = false;
     std::uint64_t other = 0;
+    std::vector<Fault> svFaults, gooseFaults;
+    bool lanPairs = false;
 };
 
 unsigned parseCount(const std::string& option, const std::string& text, unsigned low,
@@ -113,6 +115,10 @@ void applyValue(RawOptions& o, const std::string& name, const std::string& v) {
         o.bitStrings = parseCount(name, v, 0, 1000);
     else if (name == "--change")
         o.changesNs.push_back(parseTime(name, v));
+    else if (name == "--sv-fault")
+        o.svFaults.push_back(parseFault(v));
+    else if (name == "--goose-fault")
+        o.gooseFaults.push_back(parseFault(v));
     else if (name == "--other")
         o.other = parseCount(name, v, 0, 100'000'000);
     else
@@ -135,13 +141,18 @@ Scenario toScenario(const RawOptions& o) {
     s.startNs = o.startNs;
     s.durationNs = o.durationNs;
     s.otherFrames = o.other;
+    s.lanPairs = o.lanPairs;
+    Tagging tagging = o.tagging;
+    if (o.lanPairs)
+        tagging.prpLine = 'A';
     for (unsigned n = 0; n < o.sv; ++n) {
         SvStreamConfig c = namedSvStream(n);
         c.rate = o.rate;
         c.asdus = o.asdus;
         c.channels = o.channels;
         c.simulation = o.simulation;
-        c.tagging = o.tagging;
+        c.tagging = tagging;
+        c.faults = o.svFaults;
         c.signal.currentPeak = o.current;
         c.signal.voltagePeak = o.voltage;
         c.signal.frequency = o.frequency;
@@ -152,7 +163,8 @@ Scenario toScenario(const RawOptions& o) {
     for (unsigned n = 0; n < o.goose; ++n) {
         GooseStreamConfig c = namedGooseStream(n);
         c.simulation = o.simulation;
-        c.tagging = o.tagging;
+        c.tagging = tagging;
+        c.faults = o.gooseFaults;
         c.entries = alternatingEntries(o.booleans, o.bitStrings);
         c.initial.assign(c.entries.size(), 0);
         const std::vector<std::uint8_t>* state = &c.initial;
@@ -198,6 +210,8 @@ GenRequest parseArguments(const std::vector<std::string>& args) {
             raw.bigEndian = true;
         } else if (a == "--simulation") {
             raw.simulation = true;
+        } else if (a == "--prp-pairs") {
+            raw.lanPairs = true;
         } else if (a.rfind("--", 0) == 0) {
             if (i + 1 >= args.size())
                 throw UsageError(a + " needs a value");
@@ -238,6 +252,11 @@ const char* usageText() {
   --change T                               (repeatable) state change T s after start
   --simulation                             simulation flag in SV and GOOSE
   --other N                                N IPv4 frames spread over the duration [0]
+  --prp-pairs                              every frame on LAN A and again on LAN B
+  --sv-fault F --goose-fault F             (repeatable) a fault in every SV or GOOSE
+                                           stream: KIND[:VALUE]@SEC[xCOUNT] with KIND
+                                           drop, repeat, reorder, pause:SEC, lose-a,
+                                           lose-b, synch:V, quality:WORD, stnum-back
 
 Frame times are truncated to the container's resolution. GOOSE frames go out at
 the start and at every change, then 2, 4, 8 ... ms apart, the interval doubling

@@ -48,6 +48,13 @@ void GooseStream::advance() {
         ++sqNum_;
         intervalNs_ = std::min(intervalNs_ * 2, kMaxIntervalNs);
     }
+    for (std::size_t i = 0, seen = 0; i < config_.faults.size(); ++i) {
+        const Fault& f = config_.faults[i];
+        if (f.kind != FaultKind::StNumBack || seen++ < stNumFallen_ || offsetNs_ < f.atNs)
+            continue;
+        ++stNumFallen_;
+        --stNum_;
+    }
     ++sequence_;
 }
 

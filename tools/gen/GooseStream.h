@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/gen/EthernetFrame.h"
+#include "tools/gen/Faults.h"
 #include "tools/gen/FrameSource.h"
 
 #include <string>
@@ -30,6 +31,7 @@ struct GooseStreamConfig {
     std::vector<GooseEntry> entries;
     std::vector<std::uint8_t> initial; // one value per entry
     std::vector<GooseChange> changes;  // in time order
+    std::vector<Fault> faults;         // StNumBack acts here, the rest in FaultySource
 };
 
 // The frames of one GOOSE publisher: a frame at the start and at each change,
@@ -56,6 +58,7 @@ private:
     std::uint32_t stNum_ = 1;
     std::uint32_t sqNum_ = 0;
     std::uint16_t sequence_ = 0;
+    std::size_t stNumFallen_ = 0; // StNumBack faults applied
     std::vector<std::uint8_t> apdu_;
     std::vector<std::uint8_t> frame_;
 };

@@ -1,5 +1,6 @@
 #include "tools/gen/Scenario.h"
 
+#include "tools/gen/FaultySource.h"
 #include "tools/gen/OtherFrames.h"
 
 #include <memory>
@@ -9,11 +10,17 @@ namespace TavGen {
 
 std::uint64_t writeCapture(const std::string& path, const Scenario& scenario) {
     std::vector<std::unique_ptr<FrameSource>> sources;
+    const auto add = [&](std::unique_ptr<FrameSource> source, const std::vector<Fault>& faults) {
+        if (scenario.lanPairs || anyReshaping(faults))
+            source = std::make_unique<FaultySource>(std::move(source), faults, scenario.startNs,
+                                                    scenario.lanPairs);
+        sources.push_back(std::move(source));
+    };
     for (const auto& sv : scenario.sv)
-        sources.push_back(std::make_unique<SvStream>(sv, scenario.startNs, scenario.durationNs));
+        add(std::make_unique<SvStream>(sv, scenario.startNs, scenario.durationNs), sv.faults);
     for (const auto& goose : scenario.goose)
-        sources.push_back(
-            std::make_unique<GooseStream>(goose, scenario.startNs, scenario.durationNs));
+        add(std::make_unique<GooseStream>(goose, scenario.startNs, scenario.durationNs),
+            goose.faults);
     if (scenario.otherFrames > 0)
         sources.push_back(std::make_unique<OtherFrames>(scenario.otherFrames, scenario.startNs,
                                                         scenario.durationNs));

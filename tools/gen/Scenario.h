@@ -18,6 +18,8 @@ struct Scenario {
     std::vector<SvStreamConfig> sv;
     std::vector<GooseStreamConfig> goose;
     std::uint64_t otherFrames = 0;
+    // Every frame on LAN A and again on LAN B (the streams carry a PRP trailer).
+    bool lanPairs = false;
 };
 
 // Writes the frames of every publisher, merged by time (ties in the order SV

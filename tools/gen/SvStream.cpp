@@ -11,7 +11,8 @@ constexpr std::size_t kApduHeader = 8; // APPID, length, reserved 1 and 2
 } // namespace
 
 SvStream::SvStream(const SvStreamConfig& config, std::uint64_t startNs, std::uint64_t durationNs)
-    : config_(config), startNs_(startNs), durationNs_(durationNs), values_(config.channels) {
+    : config_(config), startNs_(startNs), durationNs_(durationNs), values_(config.channels),
+      qualityFrames_(config.faults.size(), 0) {
     buildTemplate();
 }
 
@@ -29,6 +30,7 @@ void SvStream::buildTemplate() {
             if (s.smpCnt >= handle) {
                 s.smpCnt += widened;
                 s.seqData += widened;
+                s.smpSynch += widened;
             }
         }
     };
@@ -46,6 +48,7 @@ void SvStream::buildTemplate() {
         slot.smpCnt = ber.size() - 2;
         ber.putFixed(0x83, config_.confRev, 4);
         ber.putFixed(0x85, config_.smpSynch, 1);
+        slot.smpSynch = ber.size() - 1;
         ber.putFixed(0x86, config_.rate, 2);
         ber.putBytes(0x87, zeros);
         slot.seqData = ber.size() - zeros.size();
@@ -84,8 +87,30 @@ std::span<const std::uint8_t> SvStream::frame() {
         for (std::uint32_t c = 0; c < config_.channels; ++c)
             putBigEndian32(seqData + 8 * c, static_cast<std::uint32_t>(values_[c]));
     }
+    applyFaults(apdu);
     setRedundancySequence(frame_, layout_, static_cast<std::uint16_t>(frameIndex_));
     return frame_;
+}
+
+void SvStream::applyFaults(std::uint8_t* apdu) {
+    const std::uint64_t now = timeNs() - startNs_;
+    std::uint8_t synch = config_.smpSynch;
+    std::uint32_t quality = 0;
+    for (std::size_t i = 0; i < config_.faults.size(); ++i) {
+        const Fault& f = config_.faults[i];
+        if (now < f.atNs)
+            continue;
+        if (f.kind == FaultKind::Synch)
+            synch = static_cast<std::uint8_t>(f.value);
+        if (f.kind == FaultKind::Quality && qualityFrames_[i] < f.count) {
+            ++qualityFrames_[i];
+            quality = static_cast<std::uint32_t>(f.value);
+        }
+    }
+    for (std::uint32_t a = 0; a < config_.asdus; ++a) {
+        apdu[slots_[a].smpSynch] = synch;
+        putBigEndian32(apdu + slots_[a].seqData + 4, quality);
+    }
 }
 
 } // namespace TavGen

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/gen/EthernetFrame.h"
+#include "tools/gen/Faults.h"
 #include "tools/gen/FrameSource.h"
 #include "tools/gen/SvSignal.h"
 
@@ -23,6 +24,7 @@ struct SvStreamConfig {
     bool simulation = false;
     Tagging tagging;
     SvSignal signal;
+    std::vector<Fault> faults; // Synch and Quality act here, the rest in FaultySource
 };
 
 // The frames of one SV publisher over [start, start + duration). The frame is
@@ -41,9 +43,11 @@ private:
     struct AsduSlots {
         std::size_t smpCnt = 0;
         std::size_t seqData = 0;
+        std::size_t smpSynch = 0;
     };
 
     void buildTemplate();
+    void applyFaults(std::uint8_t* apdu);
 
     SvStreamConfig config_;
     std::uint64_t startNs_;
@@ -53,6 +57,7 @@ private:
     FrameLayout layout_;
     std::vector<AsduSlots> slots_;
     std::vector<std::int32_t> values_;
+    std::vector<std::uint64_t> qualityFrames_; // per fault, frames already marked
 };
 
 } // namespace TavGen

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "health/StreamHealth.h"
+
+#include <string>
+#include <vector>
+
+namespace TavHealth {
+
+struct NamedCount {
+    const char* name; // the field name, as the inspector writes it
+    std::uint64_t value;
+    // False for counts that describe healthy traffic too (copies on the
+    // second LAN, GOOSE state changes): they never make a verdict.
+    bool remark;
+};
+
+// Every count of the stream's kind, in a fixed order.
+std::vector<NamedCount> healthCounts(const StreamHealth& health);
+
+// "name value, name value" of the non-zero remarks; empty when there are none.
+std::string remarksText(const StreamHealth& health);
+
+} // namespace TavHealth

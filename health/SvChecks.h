@@ -1,0 +1,52 @@
+#pragma once
+
+#include "health/EventLog.h"
+#include "platform/parser/EthernetDecoder.h"
+#include "platform/parser/SvParser.h"
+
+#include <optional>
+
+namespace TavHealth {
+
+// The time given to the ASDU at `index` of `count` in a frame captured at
+// `frameTime`. All ASDUs of a frame take the frame's capture time.
+Timest sampleInstant(const Timest& frameTime, std::size_t index, std::size_t count);
+
+// Sequence, synchronisation, quality and arrival checks of one SV stream,
+// fed frame by frame in capture order.
+class SvChecks {
+public:
+    struct Frame {
+        bool simulated = false;
+        std::vector<TavIec61850Parser::ASDUData>* asdus = nullptr; // all of the frame's
+    };
+
+    SvChecks(std::string svId, EventLog& log) : svId_(std::move(svId)), log_(log) {}
+
+    // Throws MalformedFrame.
+    Frame decode(const TavIec61850Parser::EthernetFrame& eth);
+    // smpCnt of the frame's first ASDU of this stream: what a LAN copy repeats.
+    std::uint64_t key(const Frame& frame) const;
+    void use(const Timest& time, const Frame& frame, StreamHealth& health);
+    void finish(StreamHealth& health);
+
+private:
+    void useAsdu(const Timest& time, const TavIec61850Parser::ASDUData& asdu);
+    void checkQuality(const Timest& time, const std::vector<TavIec61850Parser::SvValue>& values);
+    void checkSequence();
+
+    std::string svId_;
+    EventLog& log_;
+    std::vector<TavIec61850Parser::ASDUData> decoded_;
+    SvHealth sv_;
+    std::vector<std::uint16_t> counts_;
+    std::vector<Timest> countTimes_;
+    std::vector<Timest> frameTimes_;
+    std::uint64_t lastFrameAsdus_ = 0;
+    std::optional<std::uint8_t> synch_;
+    std::optional<std::uint16_t> smpRate_;
+    std::vector<std::uint32_t> lastQuality_;
+    bool lastSimulated_ = false;
+};
+
+} // namespace TavHealth
