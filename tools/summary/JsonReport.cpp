@@ -60,10 +60,11 @@ void writeKindFields(JsonWriter& json, const StreamRef& s) {
     json.number(static_cast<std::int64_t>(s.goose->entries));
 }
 
-void writeStream(JsonWriter& json, const StreamTable& table, const StreamRef& s) {
+} // namespace
+
+void writeStreamFields(JsonWriter& json, const StreamTable& table, const StreamRef& s) {
     const auto& e = s.ethernet();
     const int decimals = table.timeDecimals(s);
-    json.beginObject();
     json.key("kind");
     json.string(s.kind());
     json.key("src");
@@ -90,10 +91,7 @@ void writeStream(JsonWriter& json, const StreamTable& table, const StreamRef& s)
     json.rawNumber(formatTime(s.last(), decimals));
     writeLine(json, "hsr_line", e.hsr ? e.hsr->line : std::nullopt);
     writeLine(json, "prp_line", e.prp ? e.prp->line : std::nullopt);
-    json.endObject();
 }
-
-} // namespace
 
 void writeJson(std::ostream& out, const StreamTable& table) {
     JsonWriter json(out);
@@ -101,8 +99,11 @@ void writeJson(std::ostream& out, const StreamTable& table) {
     writeFiles(json, table);
     json.key("streams");
     json.beginArray();
-    for (const auto& s : table.streams())
-        writeStream(json, table, s);
+    for (const auto& s : table.streams()) {
+        json.beginObject();
+        writeStreamFields(json, table, s);
+        json.endObject();
+    }
     json.endArray();
     json.endObject();
 }

@@ -6,10 +6,11 @@
 
 namespace {
 
-const char* kUsage = "usage: tavna-inspect [--json | --values K] FILE...\n";
+const char* kUsage = "usage: tavna-inspect [--check] [--json | --values K] FILE...\n";
 
 struct Options {
     bool json = false;
+    bool check = false;
     bool values = false;
     std::size_t valuesStream = 0;
     std::vector<std::string> files;
@@ -18,7 +19,9 @@ struct Options {
 bool parseOptions(int argc, char** argv, Options& o) {
     for (int i = 1; i < argc; ++i) {
         const std::string a = argv[i];
-        if (a == "--json") {
+        if (a == "--check") {
+            o.check = true;
+        } else if (a == "--json") {
             o.json = true;
         } else if (a == "--values") {
             if (++i >= argc)
@@ -34,7 +37,7 @@ bool parseOptions(int argc, char** argv, Options& o) {
             o.files.push_back(a);
         }
     }
-    return !o.files.empty() && !(o.json && o.values);
+    return !o.files.empty() && !(o.json && o.values) && !(o.check && o.values);
 }
 
 } // namespace
@@ -48,7 +51,11 @@ int main(int argc, char** argv) {
     TavInspect::StreamTable table;
     try {
         table.load(options.files);
-        if (options.json) {
+        if (options.check && options.json) {
+            TavInspect::writeHealthJson(std::cout, table);
+        } else if (options.check) {
+            TavInspect::writeHealthText(std::cout, table);
+        } else if (options.json) {
             TavInspect::writeJson(std::cout, table);
         } else if (options.values) {
             if (options.valuesStream >= table.streams().size()) {
