@@ -75,6 +75,7 @@ void TavNaModel::parseFile(const std::string& path) {
 }
 
 void TavNaModel::_init() {
+    signalResetting.emit();
     // A reset throws away what a running parse writes into; it must end first.
     if (worker.joinable()) {
         _stopWorker();

@@ -72,6 +72,9 @@ public:
     sigc::signal<void(const std::string&)> signalParseStarted;
     sigc::signal<void(const std::string&)> signalParseFinished;
     sigc::signal<void()> signalModeChanged;
+    // Raised on the interface thread before a reset frees the database, for
+    // readers that must let go of it first.
+    sigc::signal<void()> signalResetting;
     sigc::signal<void(unsigned short, const std::string&)> signalMessage;
 
 private:

@@ -3,6 +3,7 @@
 #include "platform/common/Log.h"
 #include "platform/view/DialogPresenter.h"
 #include "platform/view/PanelManagerPresenter.h"
+#include "presenter/DiagnosticsPresenter.h"
 #include "presenter/FileManagerPresenter.h"
 #include "presenter/OscillographPresenter.h"
 #include "presenter/PackageListPresenter.h"
@@ -23,6 +24,7 @@ const char* const packageListTitle = "Список SV и GOOSE";
 const char* const descriptionTitle = "Описание";
 const char* const oscillographTitle = "Осциллограмма";
 const char* const filesTitle = "Файлы";
+const char* const diagnosticsTitle = "Диагностика";
 
 } // namespace
 
@@ -97,12 +99,20 @@ void TavNaPresenter::_init() {
     recordDescriptionPresenter =
         std::make_unique<RecordDescriptionPresenter>(model.getPackageListModel());
     oscillographPresenter = std::make_unique<OscillographPresenter>(model);
+    // Made before this presenter listens to rebuilds: it takes its look at the
+    // database before the next queued file may start changing it.
+    diagnosticsPresenter =
+        std::make_unique<DiagnosticsPresenter>(model, [this](double from, double to) {
+            oscillographPresenter->getViewObj().setSeriesRange(from, to);
+        });
 
     Tav::IPanelView* packageList =
         _newPanel(packageListTitle, 0, packageListPresenter->getView(), nullptr);
     if (packageList != nullptr)
         packageList->setPreferredSize(300, 200);
-    _newPanel(descriptionTitle, 1, recordDescriptionPresenter->getView(), nullptr);
+    Tav::IPanelView* description =
+        _newPanel(descriptionTitle, 1, recordDescriptionPresenter->getView(), nullptr);
+    _newPanel(diagnosticsTitle, 1, diagnosticsPresenter->getView(), description);
     _newPanel(oscillographTitle, 3, oscillographPresenter->getView(), nullptr);
 
     const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken> alive = aliveToken;

@@ -24,6 +24,7 @@ class FileManagerPresenter;
 class PackageListPresenter;
 class RecordDescriptionPresenter;
 class OscillographPresenter;
+class DiagnosticsPresenter;
 
 // The module's root: the one object the host creates. Owns the main window,
 // the capture model and every presenter, and rebuilds the panels whenever the
@@ -49,6 +50,8 @@ public:
     Tav::PanelManagerPresenter& getPanelManager() { return *panelManager; }
     // Null in Ethernet mode.
     FileManagerPresenter* getFileManagerPresenter() { return fileManagerPresenter.get(); }
+    DiagnosticsPresenter& getDiagnosticsPresenter() { return *diagnosticsPresenter; }
+    OscillographPresenter& getOscillographPresenter() { return *oscillographPresenter; }
 
 private:
     void _init();
@@ -76,6 +79,7 @@ private:
     std::unique_ptr<PackageListPresenter> packageListPresenter;
     std::unique_ptr<RecordDescriptionPresenter> recordDescriptionPresenter;
     std::unique_ptr<OscillographPresenter> oscillographPresenter;
+    std::unique_ptr<DiagnosticsPresenter> diagnosticsPresenter;
     std::unique_ptr<FileManagerPresenter> fileManagerPresenter;
     std::deque<std::string> pendingFiles;
     // A file handed over by openFiles is being parsed; the next waits for it.

@@ -94,7 +94,7 @@ TEST_F(ShellTest, OpensItsWindowWithMenuPanelsAndStatusBar) {
                                                    shell->getPanelManager().getView())});
     EXPECT_EQ(window.footerBox().get_children(), std::vector<Gtk::Widget*>{&bar()});
     EXPECT_EQ(panelTitles(), (std::vector<std::string>{"Список SV и GOOSE", "Описание",
-                                                       "Осциллограмма", "Файлы"}));
+                                                       "Диагностика", "Осциллограмма", "Файлы"}));
     EXPECT_EQ(bar().modeLabel().get_text(), "PCAP");
 
     // The working folder holds the icon under this name.
