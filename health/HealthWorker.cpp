@@ -2,12 +2,18 @@
 
 #include "health/StreamChecks.h"
 
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
 namespace TavHealth {
 
 void HealthWorker::start(std::vector<HealthTarget> targets, Deliver deliver) {
     stop();
     cancel_.store(false);
     thread_ = std::thread([this, targets = std::move(targets), deliver = std::move(deliver)] {
+        // The checks can wait; the interface thread, on a 2-core machine, cannot.
+        ::setpriority(PRIO_PROCESS, static_cast<id_t>(::syscall(SYS_gettid)), 10);
         for (std::size_t i = 0; i < targets.size() && !cancel_.load(); ++i) {
             std::shared_ptr<StreamHealth> health;
             std::string error;

@@ -32,6 +32,7 @@ void DiagnosticsView::show(const std::string& text, const std::vector<Diagnostic
         name->set_xalign(0);
         value->set_xalign(0);
         value->set_line_wrap(true);
+        value->set_hexpand(true);
         name->get_style_context()->add_class("item");
         value->get_style_context()->add_class("item");
         grid->attach(*name, 0, 0);
