@@ -36,7 +36,7 @@ ArrivalTiming checkArrivalTiming(const std::vector<Timest>& times, EventLog& log
             continue;
         ++timing.lateFrames;
         char text[64];
-        std::snprintf(text, sizeof text, "%.3f ms after the previous frame", intervals[i] * 1e3);
+        std::snprintf(text, sizeof text, "%.3f мс после предыдущего кадра", intervals[i] * 1e3);
         log.add(times[i + 1], "late_frames", text);
     }
     return timing;

@@ -28,9 +28,9 @@ void GooseChecks::use(const Timest& time, const Frame& frame, StreamHealth& heal
     if (frame.simulated) {
         ++health.simulatedFrames;
         if (!lastSimulated_)
-            log_.add(time, "simulated_frames", "simulation set");
+            log_.add(time, "simulated_frames", "simulation установлен");
     } else if (lastSimulated_) {
-        log_.add(time, "simulated_frames", "simulation cleared");
+        log_.add(time, "simulated_frames", "simulation снят");
     }
     lastSimulated_ = frame.simulated;
     goose_.ndscomFrames += frame.ndsCom;
@@ -48,9 +48,10 @@ void GooseChecks::checkSequence(const Timest& time, const Frame& p, const Frame&
     const double gap = secondsBetween(previousTime_, time);
     if (gap * 1000 > static_cast<double>(p.timeAllowedToLiveMs)) {
         ++goose_.talExpiries;
-        char text[96];
-        std::snprintf(text, sizeof text, "%.3f ms after the previous frame, timeAllowedtoLive %llu",
-                      gap * 1e3, static_cast<unsigned long long>(p.timeAllowedToLiveMs));
+        char text[128];
+        std::snprintf(text, sizeof text,
+                      "%.3f мс после предыдущего кадра, timeAllowedtoLive %llu мс", gap * 1e3,
+                      static_cast<unsigned long long>(p.timeAllowedToLiveMs));
         log_.add(time, "tal_expiries", text);
     }
     if (f.stNum != p.stNum) {
@@ -69,7 +70,7 @@ void GooseChecks::checkSequence(const Timest& time, const Frame& p, const Frame&
     }
     if (f.sqNum == p.sqNum) {
         ++goose_.sqnumRepeats;
-        log_.add(time, "sqnum_repeats", stSq(f) + " again");
+        log_.add(time, "sqnum_repeats", stSq(f) + " повторно");
     } else if (f.sqNum > p.sqNum + 1) {
         ++goose_.sqnumGaps;
         log_.add(time, "sqnum_gaps", stSq(p) + " -> " + stSq(f));

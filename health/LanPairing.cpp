@@ -27,7 +27,7 @@ void LanPairing::retire(const Recent& r) {
     if (r.paired || !seen_[0] || !seen_[1])
         return;
     ++unpaired_;
-    log_.add(r.time, "lan_unpaired", std::string("only on LAN ") + r.lan);
+    log_.add(r.time, "lan_unpaired", std::string("только в сети ") + r.lan);
 }
 
 void LanPairing::finish(StreamHealth& health) {

@@ -49,9 +49,9 @@ void SvChecks::use(const Timest& time, const Frame& frame, StreamHealth& health)
     if (frame.simulated) {
         ++health.simulatedFrames;
         if (!lastSimulated_)
-            log_.add(time, "simulated_frames", "simulation bit set");
+            log_.add(time, "simulated_frames", "бит S установлен");
     } else if (lastSimulated_) {
-        log_.add(time, "simulated_frames", "simulation bit cleared");
+        log_.add(time, "simulated_frames", "бит S снят");
     }
     lastSimulated_ = frame.simulated;
     frameTimes_.push_back(time);
@@ -99,7 +99,7 @@ void SvChecks::checkQuality(const Timest& time, const std::vector<SvValue>& valu
         count.operatorBlocked += (q & kOperatorBlocked) != 0;
         if (q != lastQuality_[c]) {
             char text[64];
-            std::snprintf(text, sizeof text, "channel %zu quality 0x%04X -> 0x%04X", c + 1,
+            std::snprintf(text, sizeof text, "канал %zu, quality 0x%04X -> 0x%04X", c + 1,
                           lastQuality_[c], q);
             log_.add(time, "quality", text);
             lastQuality_[c] = q;
@@ -116,7 +116,8 @@ void SvChecks::checkSequence() {
         const std::uint32_t a = counts_[i - 1], b = counts_[i];
         if (b == a) {
             ++sv_.smpcntDuplicates;
-            log_.add(countTimes_[i], "smpcnt_duplicates", "smpCnt " + std::to_string(b) + " again");
+            log_.add(countTimes_[i], "smpcnt_duplicates",
+                     "smpCnt " + std::to_string(b) + " повторно");
             continue;
         }
         if (b == (a + 1) % wrap)
@@ -126,7 +127,7 @@ void SvChecks::checkSequence() {
         std::string text = "smpCnt " + std::to_string(a) + " -> " + std::to_string(b);
         if (d > 0 && 2 * d < wrap) {
             sv_.missingSamples += d;
-            text += ", " + std::to_string(d) + " missing";
+            text += ", пропущено " + std::to_string(d);
         }
         log_.add(countTimes_[i], "smpcnt_discontinuities", text);
     }

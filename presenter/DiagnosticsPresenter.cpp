@@ -21,13 +21,6 @@ std::string decimal(double value, const char* format) {
     return text;
 }
 
-// Started parses, counted on the interface thread and read by the worker's
-// slot, so that a rebuild posted before a newer parse began is known as stale.
-std::atomic<std::uint64_t>& parsesStarted() {
-    static std::atomic<std::uint64_t> count{0};
-    return count;
-}
-
 } // namespace
 
 DiagnosticsPresenter::DiagnosticsPresenter(TavNaModel& model, MoveWindow moveWindow)
@@ -40,9 +33,9 @@ DiagnosticsPresenter::DiagnosticsPresenter(TavNaModel& model, MoveWindow moveWin
             _onTreeUpdated();
             return;
         }
-        const std::uint64_t parse = parsesStarted().load();
+        const std::uint64_t parse = parsesStarted.load();
         Tav::UpdateViewGuard::safeBeginUpdateView(alive, [this, parse] {
-            if (parse == parsesStarted().load())
+            if (parse == parsesStarted.load())
                 _onTreeUpdated();
         });
     }));
@@ -50,7 +43,7 @@ DiagnosticsPresenter::DiagnosticsPresenter(TavNaModel& model, MoveWindow moveWin
         sigc::mem_fun(*this, &DiagnosticsPresenter::_onGroupSelected)));
     // Each of these is about to change the database the worker reads.
     connections.push_back(model.signalParseStarted.connect([this](const std::string&) {
-        ++parsesStarted();
+        ++parsesStarted;
         _stop();
     }));
     connections.push_back(model.signalResetting.connect([this] { _stop(); }));

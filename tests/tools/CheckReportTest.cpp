@@ -45,7 +45,7 @@ TEST(CheckReport, JsonCarriesTheCountsAndEvents) {
         EXPECT_EQ(j.at(h + "missing_samples"), "3");
         EXPECT_EQ(j.at(h + "smpcnt_wrap"), "4000");
         EXPECT_EQ(j.at(h + "events.0.time"), "1700000000.500750");
-        EXPECT_EQ(j.at(h + "events.0.text"), "\"smpCnt 1999 -> 2003, 3 missing\"");
+        EXPECT_EQ(j.at(h + "events.0.text"), "\"smpCnt 1999 -> 2003, пропущено 3\"");
     }
 }
 
