@@ -42,16 +42,28 @@ std::vector<NamedCount> healthCounts(const StreamHealth& h) {
     return c;
 }
 
-std::string remarksText(const StreamHealth& health) {
+namespace {
+
+std::string countsText(const StreamHealth& health, bool remarks) {
     std::string text;
     for (const auto& c : healthCounts(health)) {
-        if (!c.remark || c.value == 0)
+        if (c.remark != remarks || c.value == 0)
             continue;
         if (!text.empty())
             text += ", ";
         text += std::string(c.name) + ' ' + std::to_string(c.value);
     }
     return text;
+}
+
+} // namespace
+
+std::string remarksText(const StreamHealth& health) {
+    return countsText(health, true);
+}
+
+std::string notesText(const StreamHealth& health) {
+    return countsText(health, false);
 }
 
 } // namespace TavHealth

@@ -20,5 +20,7 @@ std::vector<NamedCount> healthCounts(const StreamHealth& health);
 
 // "name value, name value" of the non-zero remarks; empty when there are none.
 std::string remarksText(const StreamHealth& health);
+// The same of the non-zero counts that are not remarks.
+std::string notesText(const StreamHealth& health);
 
 } // namespace TavHealth

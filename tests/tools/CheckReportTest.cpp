@@ -60,6 +60,8 @@ TEST(CheckReport, TextNamesTheRemarksOrSaysThereAreNone) {
         inspect({"--check", TavTest::generated("check_clean", {"--sv", "1", "--goose", "1"})});
     ASSERT_EQ(clean.exitCode, 0);
     EXPECT_NE(clean.out.find("packets 4000: no remarks\n"), std::string::npos) << clean.out;
+    EXPECT_NE(faulty.out.find("packets 16: sqnum_gaps 1 (state_changes 1)\n"), std::string::npos)
+        << faulty.out;
     EXPECT_EQ(inspect({"--check", "--values", "0", faultyCapture()}).exitCode, 2);
 }
 

@@ -130,8 +130,10 @@ void writeHealthText(std::ostream& out, const StreamTable& table) {
     for (const auto& s : table.streams()) {
         const StreamHealth h = check(s);
         const std::string remarks = TavHealth::remarksText(h);
+        const std::string notes = TavHealth::notesText(h);
         out << identity(s) << " packets " << s.packets() << ": "
-            << (remarks.empty() ? "no remarks" : remarks) << '\n';
+            << (remarks.empty() ? "no remarks" : remarks)
+            << (notes.empty() ? "" : " (" + notes + ")") << '\n';
         const int decimals = table.timeDecimals(s);
         for (const auto& e : h.events)
             out << "  " << formatTime(e.time, decimals) << ' ' << e.kind << ' ' << e.text << '\n';
