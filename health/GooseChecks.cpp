@@ -34,6 +34,9 @@ void GooseChecks::use(const Timest& time, const Frame& frame, StreamHealth& heal
     }
     lastSimulated_ = frame.simulated;
     goose_.ndscomFrames += frame.ndsCom;
+    if (frame.ndsCom != lastNdsCom_)
+        log_.add(time, "ndscom_frames", frame.ndsCom ? "ndsCom установлен" : "ndsCom снят");
+    lastNdsCom_ = frame.ndsCom;
     if (std::find(goose_.confRevs.begin(), goose_.confRevs.end(), frame.confRev) ==
         goose_.confRevs.end())
         goose_.confRevs.push_back(frame.confRev);

@@ -41,6 +41,7 @@ private:
     std::optional<Frame> previous_;
     Timest previousTime_;
     bool lastSimulated_ = false;
+    bool lastNdsCom_ = false;
     bool following_ = false; // a retransmission whose intervals are being kept
 };
 
