@@ -79,6 +79,11 @@ INSTANTIATE_TEST_SUITE_P(
              sv({"--sv-fault", "drop@0.5x3"}),
              {{"smpcnt_discontinuities", 1}, {"missing_samples", 3}, {"late_frames", 1}},
              {{"smpcnt_discontinuities", 500'750 * kUs}, {"late_frames", 500'750 * kUs}}},
+        // Two ASDUs a frame: three frames lost are six samples.
+        Case{"sv_drop_asdus",
+             sv({"--asdus", "2", "--sv-fault", "drop@0.5x3"}),
+             {{"smpcnt_discontinuities", 1}, {"missing_samples", 6}, {"late_frames", 1}},
+             {{"smpcnt_discontinuities", 501'500 * kUs}, {"late_frames", 501'500 * kUs}}},
         Case{"sv_repeat",
              sv({"--sv-fault", "repeat@0.5"}),
              {{"smpcnt_duplicates", 1}},
@@ -144,6 +149,17 @@ INSTANTIATE_TEST_SUITE_P(
              {{"lan_duplicates", 10}, {"lan_unpaired", 1}},
              {{"lan_unpaired", 126 * kMs}}}),
     [](const auto& info) { return info.param.name; });
+
+TEST(StreamChecks, KeepsTheFirstThousandEventsAndCountsThemAll) {
+    const StreamHealth health = checkFirstStream(
+        TavTest::generated("health_many", {"--sv", "1", "--sv-fault", "repeat@0.1x1500"}));
+    ASSERT_TRUE(health.sv);
+    EXPECT_EQ(health.sv->smpcntDuplicates, 1500u);
+    EXPECT_EQ(health.eventCount, 1500u);
+    ASSERT_EQ(health.events.size(), kMaxEvents);
+    EXPECT_EQ(sinceStart(health.events.front().time), 100 * kMs);
+    EXPECT_EQ(sinceStart(health.events.back().time), 100 * kMs + 999 * 250 * kUs);
+}
 
 TEST(StreamChecks, MeasuresTheStreamItself) {
     const StreamHealth sv = checkFirstStream(TavTest::generated(
