@@ -14,7 +14,10 @@ DiagnosticsView::DiagnosticsView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL) {
     list.set_activate_on_single_click(false);
     list.signal_row_activated().connect(sigc::mem_fun(*this, &DiagnosticsView::_onRowActivated));
     pack_start(heading, false, false, 0);
-    pack_start(list, true, true, 0);
+    scroller.set_policy(Gtk::POLICY_NEVER, Gtk::POLICY_AUTOMATIC);
+    scroller.set_vexpand(true);
+    scroller.add(list);
+    pack_start(scroller, true, true, 0);
     show_all();
 }
 

@@ -5,6 +5,7 @@
 #include <gtkmm/box.h>
 #include <gtkmm/label.h>
 #include <gtkmm/listbox.h>
+#include <gtkmm/scrolledwindow.h>
 
 namespace TavNA {
 
@@ -26,6 +27,8 @@ private:
     void _onRowActivated(Gtk::ListBoxRow* row);
 
     Gtk::Label heading;
+    // A thousand events must not make the window grow: the list scrolls.
+    Gtk::ScrolledWindow scroller;
     Gtk::ListBox list;
     std::vector<DiagnosticsLine> shown;
     std::size_t firstEvent = 0;
