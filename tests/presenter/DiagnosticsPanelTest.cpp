@@ -64,9 +64,9 @@ TEST_F(DiagnosticsPanel, ListsVerdictsThenThePickedStreamsEventsWhichMoveTheOsci
               "SV TavnaSV00: smpcnt_discontinuities 1, missing_samples 3, late_frames 1");
     const auto lines = panel().getLines();
     ASSERT_GE(lines.size(), 2u);
-    EXPECT_EQ(
-        lines[lines.size() - 2],
-        (DiagnosticsLine{"0.500750 с", "smpcnt_discontinuities: smpCnt 1999 -> 2003, пропущено 3"}));
+    EXPECT_EQ(lines[lines.size() - 2],
+              (DiagnosticsLine{"0.500750 с",
+                               "smpcnt_discontinuities: smpCnt 1999 -> 2003, пропущено 3"}));
     EXPECT_EQ(lines.back().name, "0.500750 с");
     EXPECT_NE(std::find(lines.begin(), lines.end(), DiagnosticsLine{"missing_samples", "3"}),
               lines.end());
