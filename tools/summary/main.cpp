@@ -1,4 +1,5 @@
 #include "platform/parser/ParseError.h"
+#include "tools/summary/ComtradeCommand.h"
 #include "tools/summary/Reports.h"
 
 #include <charconv>
@@ -40,6 +41,9 @@ bool parseOptions(int argc, char** argv, Options& o) {
 } // namespace
 
 int main(int argc, char** argv) {
+    const std::vector<std::string> args(argv + 1, argv + argc);
+    if (TavInspect::isComtradeCommand(args))
+        return TavInspect::runComtradeCommand(args);
     Options options;
     if (!parseOptions(argc, argv, options)) {
         std::cerr << kUsage;
