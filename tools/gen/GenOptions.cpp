@@ -28,6 +28,7 @@ struct RawOptions {
     unsigned booleans = 4, bitStrings = 0;
     std::vector<std::uint64_t> changesNs;
     bool simulation = false;
+    bool unsynchronised = false; // smpSynch 0 in every SV stream
     std::uint64_t other = 0;
 };
 
@@ -141,6 +142,8 @@ Scenario toScenario(const RawOptions& o) {
         c.asdus = o.asdus;
         c.channels = o.channels;
         c.simulation = o.simulation;
+        if (o.unsynchronised)
+            c.smpSynch = 0;
         c.tagging = o.tagging;
         c.signal.currentPeak = o.current;
         c.signal.voltagePeak = o.voltage;
@@ -198,6 +201,8 @@ GenRequest parseArguments(const std::vector<std::string>& args) {
             raw.bigEndian = true;
         } else if (a == "--simulation") {
             raw.simulation = true;
+        } else if (a == "--unsynchronised") {
+            raw.unsynchronised = true;
         } else if (a.rfind("--", 0) == 0) {
             if (i + 1 >= args.size())
                 throw UsageError(a + " needs a value");
@@ -237,6 +242,7 @@ const char* usageText() {
   --bools B --bitstrings S                 entries of each GOOSE data set [4 0]
   --change T                               (repeatable) state change T s after start
   --simulation                             simulation flag in SV and GOOSE
+  --unsynchronised                         smpSynch 0 in SV (not synchronised)
   --other N                                N IPv4 frames spread over the duration [0]
 
 Frame times are truncated to the container's resolution. GOOSE frames go out at
