@@ -97,6 +97,7 @@ void TavNaPresenter::_init() {
     recordDescriptionPresenter =
         std::make_unique<RecordDescriptionPresenter>(model.getPackageListModel());
     oscillographPresenter = std::make_unique<OscillographPresenter>(model);
+    menuPresenter->setOscillograph(oscillographPresenter.get());
 
     Tav::IPanelView* packageList =
         _newPanel(packageListTitle, 0, packageListPresenter->getView(), nullptr);
