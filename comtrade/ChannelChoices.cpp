@@ -17,11 +17,13 @@ std::string phaseLetter(TavCalculate::Phase phase) {
     return index < 4 ? std::string(1, "ABCN"[index]) : std::string();
 }
 
-template <typename Item>
-void appendOnce(std::string& joined, std::vector<std::string>& seen, const Item& text) {
+void appendOnce(std::string& joined, std::vector<std::string>& seen, const std::string& text) {
     if (std::find(seen.begin(), seen.end(), text) != seen.end())
         return;
     seen.push_back(text);
+    // The field holds 64 bytes; whole names are kept rather than a cut one.
+    if (!joined.empty() && joined.size() + 1 + text.size() > 64)
+        return;
     if (!joined.empty())
         joined += '+';
     joined += text;

@@ -30,7 +30,7 @@ SvCursor::SvCursor(const TavIec61850Parser::Sv& stream,
                    const std::optional<TavIec61850Parser::Timest>& to,
                    std::vector<std::size_t> indices)
     : stream_(stream), window_(framesInWindow(stream, from, to)), indices_(std::move(indices)),
-      clock_(firstCounters(window_), window_.medianSpacingNs(), stream.asdusPerFrame) {}
+      clock_(firstCounters(window_), window_.frameSpacingNs(), stream.asdusPerFrame) {}
 
 bool SvCursor::next(SvSample& out) {
     while (pending_.empty() && nextFrame_ < window_.frames.size())

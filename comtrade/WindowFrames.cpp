@@ -4,6 +4,7 @@
 #include "platform/parser/WindowQuery.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace TavComtrade {
 
@@ -13,9 +14,11 @@ std::int64_t toNanoseconds(const Timest& t) {
     return static_cast<std::int64_t>(t.seconds) * 1'000'000'000 + t.nanoseconds;
 }
 
-double WindowFrames::medianSpacingNs() const {
+double WindowFrames::frameSpacingNs() const {
     if (frames.size() < 2)
         return 0.0;
+    const double mean = static_cast<double>(frames.back().ns - frames.front().ns) /
+                        static_cast<double>(frames.size() - 1);
     // A few thousand spacings tell the rate as well as all of them.
     const std::size_t step = std::max<std::size_t>(1, frames.size() / 4096);
     std::vector<std::int64_t> spacings;
@@ -23,7 +26,11 @@ double WindowFrames::medianSpacingNs() const {
         spacings.push_back(frames[i].ns - frames[i - 1].ns);
     const auto middle = spacings.begin() + static_cast<std::ptrdiff_t>(spacings.size() / 2);
     std::nth_element(spacings.begin(), middle, spacings.end());
-    return static_cast<double>(*middle);
+    const auto median = static_cast<double>(*middle);
+    // The median ignores gaps where frames were lost; but a capturing host
+    // that stamps frames in batches gives many equal times, and then only
+    // the mean tells the spacing.
+    return median > 0 && std::abs(median / mean - 1.0) < 0.25 ? median : mean;
 }
 
 template <typename Record>

@@ -26,9 +26,8 @@ struct WindowFrames {
     std::vector<PlacedFrame> frames;
     std::optional<PlacedFrame> before;
 
-    // Median spacing of consecutive frames, 0 with fewer than two: a capture
-    // gap does not stretch it as a mean would.
-    double medianSpacingNs() const;
+    // The usual spacing of consecutive frames; 0 with fewer than two.
+    double frameSpacingNs() const;
 };
 
 // Absent bounds take in the whole stream.
