@@ -1,7 +1,8 @@
 #include "comtrade/SvAligner.h"
 
+#include <algorithm>
 #include <cmath>
-#include <cstdlib>
+#include <iterator>
 
 namespace TavComtrade {
 
@@ -23,16 +24,22 @@ const SvSample* SvAligner::match(std::int64_t ns, std::uint16_t smpCnt) {
         if (sample.ns >= ns - tolerance_)
             near_.push_back(std::move(sample));
     }
-    const SvSample* best = nullptr;
-    for (const auto& sample : near_) {
-        if (sample.ns > ns + tolerance_)
-            break;
-        if (bySampleCounter_ && sample.smpCnt != smpCnt)
-            continue;
-        if (best == nullptr || std::llabs(sample.ns - ns) < std::llabs(best->ns - ns))
-            best = &sample;
+    // Outward from the row's instant, nearest first: the first sample that
+    // qualifies is the best one, and it is usually the very first looked at.
+    const auto at = std::lower_bound(near_.begin(), near_.end(), ns,
+                                     [](const SvSample& s, std::int64_t t) { return s.ns < t; });
+    auto right = at;
+    auto left = at;
+    while (true) {
+        const bool hasRight = right != near_.end() && right->ns <= ns + tolerance_;
+        const bool hasLeft = left != near_.begin() && std::prev(left)->ns >= ns - tolerance_;
+        if (!hasRight && !hasLeft)
+            return nullptr;
+        const bool takeRight = hasRight && (!hasLeft || right->ns - ns < ns - std::prev(left)->ns);
+        const SvSample& sample = takeRight ? *right++ : *--left;
+        if (!bySampleCounter_ || sample.smpCnt == smpCnt)
+            return &sample;
     }
-    return best;
 }
 
 } // namespace TavComtrade

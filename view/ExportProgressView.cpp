@@ -8,6 +8,7 @@ ExportProgressView::ExportProgressView() {
     set_title("Экспорт в COMTRADE");
     set_modal(true);
     set_resizable(false);
+    set_position(Gtk::WIN_POS_CENTER_ON_PARENT);
     set_default_size(360, -1);
     set_border_width(12);
     bar.set_show_text(true);
