@@ -33,6 +33,8 @@ auto streamsOf(const std::vector<Choice>& choices, std::vector<std::vector<std::
     return streams;
 }
 
+constexpr double kSameSampleNs = 20e6;
+
 bool cancelled(const ProgressSink& progress, double share) {
     return progress && !progress(share);
 }
@@ -196,14 +198,15 @@ void RowBuilder::_buildFromSv(const std::function<void(const Row&)>& sink,
                               const ProgressSink& progress) {
     SvCursor& master = *sv_.front();
     master.rewind();
-    // Synchronised streams share smpCnt within the second it wraps in; a
-    // nearest sample further off than half an interval belongs to no row.
+    // Synchronised publishers send a sample of one smpCnt within a few
+    // milliseconds of each other, well inside the second that smpCnt wraps
+    // in; a nearest sample further off than half an interval belongs to no row.
     const double interval = master.clock().intervalNs() > 0 ? master.clock().intervalNs() : 1e6;
     const bool byCounter = alignment_ == Alignment::SampleCounter;
     std::vector<std::unique_ptr<SvAligner>> others;
     for (std::size_t s = 1; s < sv_.size(); ++s)
-        others.push_back(
-            std::make_unique<SvAligner>(*sv_[s], byCounter, byCounter ? 5e8 : interval / 2));
+        others.push_back(std::make_unique<SvAligner>(*sv_[s], byCounter,
+                                                     byCounter ? kSameSampleNs : interval / 2));
     std::vector<const SvSample*> matched(sv_.size(), nullptr);
     Row row;
     row.analog.resize(analog_.size());

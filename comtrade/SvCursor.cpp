@@ -2,6 +2,9 @@
 
 #include "platform/parser/SvParser.h"
 
+#include <algorithm>
+#include <cstdlib>
+
 namespace TavComtrade {
 
 using TavIec61850Parser::AsduCounters;
@@ -10,6 +13,9 @@ using TavIec61850Parser::SvParser;
 namespace {
 
 constexpr std::size_t kBatchFrames = 512;
+// How far back a copy from the other LAN is looked for: a few frames' worth.
+constexpr std::size_t kRecentSamples = 16;
+constexpr std::int64_t kCopyWindowNs = 500'000'000;
 
 AsduCounters firstCounters(const WindowFrames& window) {
     AsduCounters counters;
@@ -33,18 +39,29 @@ SvCursor::SvCursor(const TavIec61850Parser::Sv& stream,
       clock_(firstCounters(window_), window_.frameSpacingNs(), stream.asdusPerFrame) {}
 
 bool SvCursor::next(SvSample& out) {
-    while (pending_.empty() && nextFrame_ < window_.frames.size())
-        _readBatch();
-    if (pending_.empty())
-        return false;
-    out = std::move(pending_.front());
-    pending_.pop_front();
-    return true;
+    while (true) {
+        while (pending_.empty() && nextFrame_ < window_.frames.size())
+            _readBatch();
+        if (pending_.empty())
+            return false;
+        out = std::move(pending_.front());
+        pending_.pop_front();
+        const bool copy = std::any_of(recent_.begin(), recent_.end(), [&](const auto& r) {
+            return r.first == out.smpCnt && std::llabs(r.second - out.ns) < kCopyWindowNs;
+        });
+        if (copy)
+            continue;
+        recent_.emplace_back(out.smpCnt, out.ns);
+        if (recent_.size() > kRecentSamples)
+            recent_.pop_front();
+        return true;
+    }
 }
 
 void SvCursor::rewind() {
     nextFrame_ = 0;
     pending_.clear();
+    recent_.clear();
 }
 
 void SvCursor::_readBatch() {

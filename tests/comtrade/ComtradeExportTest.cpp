@@ -234,3 +234,53 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& info) { return std::string(info.param.name); });
 
 } // namespace
+
+namespace {
+
+// A sample that both LANs of a redundant network delivered is one row.
+TEST(ComtradeCommand, ARedundantCopyMakesNoRowOfItsOwn) {
+    const auto lanA =
+        TavTest::generated("lan_a", {"--sv", "1", "--duration", "0.01", "--prp", "A"});
+    const auto lanB =
+        TavTest::generated("lan_b", {"--sv", "1", "--duration", "0.01", "--prp", "B"});
+    const std::string both = TavTest::tempDir() + "/both_lans";
+    const std::string one = TavTest::tempDir() + "/one_lan";
+    ASSERT_EQ(inspect({"--comtrade", both, lanA, lanB}).code, 0);
+    ASSERT_EQ(inspect({"--comtrade", one, lanA}).code, 0);
+    EXPECT_EQ(TavTest::readRecord(both).rows.size(), 40u);
+    EXPECT_EQ(TavTest::readFile(both + ".dat"), TavTest::readFile(one + ".dat"));
+}
+
+class MissingSamples : public ::testing::TestWithParam<std::vector<std::string>> {};
+
+// The second stream starts 50 ms after the first: its channels hold the
+// format's missing value until then, and samples after. The VLAN keeps the
+// first capture's stream apart from the second's namesake, which sorts after it.
+TEST_P(MissingSamples, AreMarkedWhereAStreamHasNone) {
+    const auto early =
+        TavTest::generated("early", {"--sv", "1", "--duration", "0.1", "--vlan", "5"});
+    const auto late = TavTest::generated("late", {"--sv", "2", "--start", "1700000000.05",
+                                                  "--duration", "0.05", "--unsynchronised"});
+    const std::string base = TavTest::tempDir() + "/missing_" + std::to_string(GetParam().size());
+    auto args = GetParam();
+    args.insert(args.begin(), {"--comtrade", base, "--streams", "0,2"});
+    args.insert(args.end(), {early, late});
+    const auto run = inspect(args);
+    ASSERT_EQ(run.code, 0) << run.err;
+    const Record r = TavTest::readRecord(base);
+    ASSERT_EQ(r.rows.size(), 400u);
+    for (const auto& row : r.rows) {
+        const bool secondHasSamples = r.micros(row) >= 50'000;
+        for (std::size_t c = 0; c < 16; ++c)
+            ASSERT_EQ(row.analog[c].has_value(), c < 8 || secondHasSamples)
+                << "row " << row.number << " channel " << c;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Encodings, MissingSamples,
+    ::testing::Values(std::vector<std::string>{}, std::vector<std::string>{"--ascii"},
+                      std::vector<std::string>{"--rev", "2013", "--ascii"},
+                      std::vector<std::string>{"--rev", "2013", "--trigger", "1700000000"}));
+
+} // namespace

@@ -7,7 +7,9 @@
 
 namespace {
 
-const char* kUsage = "usage: tavna-inspect [--json | --values K] FILE...\n";
+const char* kUsage = "usage: tavna-inspect [--json | --values K] FILE...\n"
+                     "       tavna-inspect --comtrade OUT [--streams K,L,...] [--from S --to S] "
+                     "[--rev 1999|2013] [--ascii] [--trigger T] FILE...\n";
 
 struct Options {
     bool json = false;
