@@ -62,8 +62,8 @@ void writeCfg(std::ostream& out, const CfgContent& c) {
         // The values are those on the primary side, as the stream carries them.
         out << i + 1 << ',' << cfgField(ch.name, rev) << ',' << ch.phase << ','
             << cfgField(ch.stream->svId, rev) << ',' << unitText(ch.unit) << ','
-            << shortestText(static_cast<float>(s.a)) << ',' << shortestText(static_cast<float>(s.b))
-            << ",0," << s.storedMin << ',' << s.storedMax << ",1,1,P" << kEnd;
+            << shortestText(s.a) << ',' << shortestText(s.b) << ",0," << s.storedMin << ','
+            << s.storedMax << ",1,1,P" << kEnd;
     }
     for (std::size_t i = 0; i < digital.size(); ++i)
         out << i + 1 << ',' << cfgField(digital[i].name, rev) << ",,"
@@ -78,7 +78,7 @@ void writeCfg(std::ostream& out, const CfgContent& c) {
     }
     out << cfgTime(c.firstNs) << kEnd << cfgTime(c.triggerNs) << kEnd;
     out << c.encoding.fileType() << kEnd;
-    out << shortestText(static_cast<float>(c.timeUnitUs)) << kEnd;
+    out << shortestText(c.timeUnitUs) << kEnd;
     if (rev == Revision::Rev2013) {
         // Times are UTC; how good the capturing clock was is not known.
         out << "0,0" << kEnd << "F,0" << kEnd;

@@ -23,7 +23,10 @@ struct ChannelScale {
     std::int64_t store(std::int64_t raw) const;
 };
 
-// The shortest text that reads back as the same float.
+// The shortest text that reads back as the same number.
 std::string shortestText(float value);
+std::string shortestText(double value);
+// The shortest decimal that reads back as `value`, as a double: 0.001f gives 0.001.
+double decimalOf(float value);
 
 } // namespace TavComtrade
