@@ -46,12 +46,14 @@ bool SvCursor::next(SvSample& out) {
             return false;
         out = std::move(pending_.front());
         pending_.pop_front();
-        const bool copy = std::any_of(recent_.begin(), recent_.end(), [&](const auto& r) {
-            return r.first == out.smpCnt && std::llabs(r.second - out.ns) < kCopyWindowNs;
+        // A publisher whose counter is stuck still sends new values: those stay.
+        const bool copy = std::any_of(recent_.begin(), recent_.end(), [&](const SvSample& r) {
+            return r.smpCnt == out.smpCnt && std::llabs(r.ns - out.ns) < kCopyWindowNs &&
+                   r.values == out.values;
         });
         if (copy)
             continue;
-        recent_.emplace_back(out.smpCnt, out.ns);
+        recent_.push_back(out);
         if (recent_.size() > kRecentSamples)
             recent_.pop_front();
         return true;

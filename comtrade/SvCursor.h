@@ -36,8 +36,9 @@ public:
     std::size_t framesRead() const { return nextFrame_; }
     const AsduClock& clock() const { return clock_; }
 
-    // The next sample; a copy of one just given (the same smpCnt within half
-    // a second, as both LANs of a redundant network deliver it) is skipped.
+    // The next sample; a copy of one just given (the same smpCnt and values
+    // within half a second, as both LANs of a redundant network deliver it)
+    // is skipped.
     bool next(SvSample& out);
     void rewind();
 
@@ -50,7 +51,7 @@ private:
     AsduClock clock_;
     std::size_t nextFrame_ = 0;
     std::deque<SvSample> pending_;
-    std::deque<std::pair<std::uint16_t, std::int64_t>> recent_; // smpCnt and instant
+    std::deque<SvSample> recent_;
 };
 
 } // namespace TavComtrade
