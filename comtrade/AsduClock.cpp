@@ -38,9 +38,12 @@ AsduClock::AsduClock(const TavIec61850Parser::AsduCounters& counters, double fra
                      std::uint32_t asdusPerFrame) {
     const double measuredNs = asdusPerFrame > 0 ? frameSpacingNs / asdusPerFrame : 0.0;
     const double measuredRate = measuredNs > 0 ? 1e9 / measuredNs : 0.0;
-    if (counters.hasSmpRate && counters.smpRate > 0)
-        intervalNs_ = 1e9 / samplesPerSecond(counters, measuredRate);
-    else
+    if (counters.hasSmpRate && counters.smpRate > 0) {
+        const double rate = samplesPerSecond(counters, measuredRate);
+        intervalNs_ = 1e9 / rate;
+        if (rate == counters.smpRate * 60.0)
+            nominalHz_ = 60;
+    } else
         intervalNs_ = measuredNs;
 }
 

@@ -23,8 +23,12 @@ public:
 
     std::int64_t instant(std::int64_t frameNs, std::size_t index, std::size_t count) const;
 
+    // 60 when smpRate read as samples per nominal period fits 60 Hz, else 50.
+    int nominalHz() const { return nominalHz_; }
+
 private:
     double intervalNs_ = 0.0;
+    int nominalHz_ = 50;
 };
 
 } // namespace TavComtrade

@@ -68,7 +68,7 @@ void writeCfg(std::ostream& out, const CfgContent& c) {
     for (std::size_t i = 0; i < digital.size(); ++i)
         out << i + 1 << ',' << cfgField(digital[i].name, rev) << ",,"
             << cfgField(digital[i].stream->goId, rev) << ",0" << kEnd;
-    out << "50" << kEnd;
+    out << c.lineFrequency << kEnd;
     if (c.sampleRate > 0) {
         char rate[32];
         std::snprintf(rate, sizeof rate, "%.6g", c.sampleRate);

@@ -17,6 +17,7 @@ struct CfgContent {
     const std::vector<AnalogChoice>* analog = nullptr;
     const std::vector<ChannelScale>* scales = nullptr;
     const std::vector<DigitalChoice>* digital = nullptr;
+    int lineFrequency = 50;
     double sampleRate = 0.0; // 0: rows at irregular times, told by their time stamps
     std::uint64_t rows = 0;
     std::int64_t firstNs = 0;

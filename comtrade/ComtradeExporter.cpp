@@ -97,13 +97,19 @@ ExportResult writeFiles(const std::string& base, const ExportRequest& request,
         std::ofstream cfg(parts.cfg, std::ios::binary | std::ios::trunc);
         if (!cfg)
             throw cannotWrite(result.cfgPath);
-        CfgContent content{
-            encoding,          request.stationName,
-            request.deviceId,  &request.analog,
-            &scales,           &request.digital,
-            result.sampleRate, result.rows,
-            survey.firstNs,    request.trigger ? toNanoseconds(*request.trigger) : survey.firstNs,
-            timeUnit};
+        CfgContent content;
+        content.encoding = encoding;
+        content.stationName = request.stationName;
+        content.deviceId = request.deviceId;
+        content.analog = &request.analog;
+        content.scales = &scales;
+        content.digital = &request.digital;
+        content.lineFrequency = builder.lineFrequency();
+        content.sampleRate = result.sampleRate;
+        content.rows = result.rows;
+        content.firstNs = survey.firstNs;
+        content.triggerNs = request.trigger ? toNanoseconds(*request.trigger) : survey.firstNs;
+        content.timeUnitUs = timeUnit;
         writeCfg(cfg, content);
         cfg.flush();
         if (!cfg)

@@ -104,6 +104,10 @@ double RowBuilder::sampleRate() const {
     return sv_.empty() ? 0.0 : sv_.front()->clock().rateHz();
 }
 
+int RowBuilder::lineFrequency() const {
+    return sv_.empty() ? 50 : sv_.front()->clock().nominalHz();
+}
+
 Survey RowBuilder::survey(const ProgressSink& progress) {
     Survey survey;
     survey.min.assign(analog_.size(), std::numeric_limits<std::int64_t>::max());

@@ -43,6 +43,8 @@ public:
     Survey survey(const ProgressSink& progress);
     Alignment alignment() const { return alignment_; }
     double sampleRate() const;
+    // The power system's frequency, as far as the first stream's counters tell.
+    int lineFrequency() const;
 
     void build(const std::function<void(const Row&)>& sink, const ProgressSink& progress);
 
