@@ -1,12 +1,12 @@
 #include "presenter/StreamPresenter.h"
 
 #include "model/Converters.h"
+#include "model/SvChannelNaming.h"
 #include "platform/common/Log.h"
 #include "platform/parser/GooseParser.h"
 #include "platform/parser/ParseError.h"
 #include "platform/parser/SvParser.h"
 
-#include <array>
 #include <sigc++/functors/mem_fun.h>
 
 namespace TavNA {
@@ -45,38 +45,15 @@ std::size_t SvStreamTraits::readValueCount(const std::string& path, unsigned lon
 }
 
 template <> void SvStreamTraits::nameChannels(Group& group, const Record& record) {
-    using Source = TavRelay::AnalogChannelSourceType;
-    using Phase = TavCalculate::Phase;
-    static const std::array<const char*, 8> names{"Ia", "Ib", "Ic", "In", "Ua", "Ub", "Uc", "Un"};
     const auto& items = group.getChannels().getItems();
-    const std::size_t k = items.size();
-    const std::string suffix = " | " + record.svId;
-    int block = 0;
-    for (std::size_t i = 0; i < k; ++i) {
+    for (std::size_t i = 0; i < items.size(); ++i) {
         SvChannel& channel = *items[i];
-        std::string name = "Ia";
-        Source source = Source::Current;
-        Phase phase = Phase::A;
-        bool numbered = false;
-        if (k == 3) {
-            name = names[i];
-            phase = static_cast<Phase>(i);
-        } else if (k % 4 == 0) {
-            // Past the eighth value the current/voltage pattern repeats.
-            source = static_cast<Source>((i / 4) % 2);
-            phase = static_cast<Phase>(i % 4);
-            name = names[i % 8];
-            // The first channel of each later block carries the block number and
-            // the svID in its name too; the check box shows it that way.
-            numbered = i > 7 && i % 8 == 0;
-            if (numbered)
-                name += std::to_string(++block) + suffix;
-        }
+        const SvChannelLabel label = svChannelLabel(i, items.size(), record.svId);
         channel.setIndex(i);
-        channel.setSourceType(source);
-        channel.setPhase(phase);
-        channel.setName(name);
-        channel.setDescription(numbered ? name : name + suffix);
+        channel.setSourceType(label.source);
+        channel.setPhase(label.phase);
+        channel.setName(label.name);
+        channel.setDescription(label.description);
     }
 }
 

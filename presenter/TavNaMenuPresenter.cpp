@@ -4,15 +4,18 @@
 #include "platform/common/Language.h"
 #include "platform/view/AboutWindowActivatorPresenter.h"
 #include "platform/view/FileDialogPresenter.h"
+#include "presenter/ComtradeExportPresenter.h"
 #include "view/TavNaMenuView.h"
 
 namespace TavNA {
 
 TavNaMenuPresenter::TavNaMenuPresenter(TavNaModel& model)
-    : view(std::make_unique<TavNaMenuView>()), model(model) {
+    : view(std::make_unique<TavNaMenuView>()), model(model),
+      exporter(std::make_unique<ComtradeExportPresenter>(model, view.get())) {
     view->setHelpPath(helpPath());
     view->signalOpenFileClicked.connect(
         sigc::mem_fun(*this, &TavNaMenuPresenter::_onMenuOpenFileClicked));
+    view->signalExportClicked.connect([this] { exporter->start(); });
     view->signalAboutClicked.connect(
         sigc::mem_fun(*this, &TavNaMenuPresenter::_onMenuAboutClicked));
 }
@@ -21,6 +24,10 @@ TavNaMenuPresenter::~TavNaMenuPresenter() = default;
 
 Tav::IView* TavNaMenuPresenter::getView() {
     return view.get();
+}
+
+void TavNaMenuPresenter::setOscillograph(OscillographPresenter* presenter) {
+    exporter->setOscillograph(presenter);
 }
 
 // The document keeps one name in every language; only its folder differs.

@@ -8,6 +8,8 @@ namespace TavNA {
 
 class TavNaModel;
 class TavNaMenuView;
+class OscillographPresenter;
+class ComtradeExportPresenter;
 
 class TavNaMenuPresenter : public Tav::IPresenter {
 public:
@@ -15,6 +17,9 @@ public:
     ~TavNaMenuPresenter() override;
 
     Tav::IView* getView() override;
+    // The oscillograph whose ticked channels "Экспорт в COMTRADE…" exports.
+    void setOscillograph(OscillographPresenter* presenter);
+    ComtradeExportPresenter& getExportPresenter() { return *exporter; }
 
     // "Help/<language tag>/<document>.pdf", relative to the working folder.
     static std::string helpPath();
@@ -25,6 +30,7 @@ private:
 
     std::unique_ptr<TavNaMenuView> view;
     TavNaModel& model;
+    std::unique_ptr<ComtradeExportPresenter> exporter;
 };
 
 } // namespace TavNA

@@ -105,6 +105,7 @@ void TavNaPresenter::_init() {
         std::make_unique<DiagnosticsPresenter>(model, [this](double from, double to) {
             oscillographPresenter->getViewObj().setSeriesRange(from, to);
         });
+    menuPresenter->setOscillograph(oscillographPresenter.get());
 
     Tav::IPanelView* packageList =
         _newPanel(packageListTitle, 0, packageListPresenter->getView(), nullptr);

@@ -48,6 +48,8 @@ public:
     TavNaStatusbarPresenter& getStatusbarPresenter() { return *statusbarPresenter; }
     TavNaMenuPresenter& getMenuPresenter() { return *menuPresenter; }
     Tav::PanelManagerPresenter& getPanelManager() { return *panelManager; }
+    PackageListPresenter& getPackageListPresenter() { return *packageListPresenter; }
+    OscillographPresenter& getOscillographPresenter() { return *oscillographPresenter; }
     // Null in Ethernet mode.
     FileManagerPresenter* getFileManagerPresenter() { return fileManagerPresenter.get(); }
     DiagnosticsPresenter& getDiagnosticsPresenter() { return *diagnosticsPresenter; }

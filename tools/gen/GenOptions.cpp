@@ -28,6 +28,7 @@ struct RawOptions {
     unsigned booleans = 4, bitStrings = 0;
     std::vector<std::uint64_t> changesNs;
     bool simulation = false;
+    bool unsynchronised = false; // smpSynch 0 in every SV stream
     std::uint64_t other = 0;
     std::vector<Fault> svFaults, gooseFaults;
     bool lanPairs = false;
@@ -153,6 +154,8 @@ Scenario toScenario(const RawOptions& o) {
         c.simulation = o.simulation;
         c.tagging = tagging;
         c.faults = o.svFaults;
+        if (o.unsynchronised)
+            c.smpSynch = 0;
         c.signal.currentPeak = o.current;
         c.signal.voltagePeak = o.voltage;
         c.signal.frequency = o.frequency;
@@ -212,6 +215,8 @@ GenRequest parseArguments(const std::vector<std::string>& args) {
             raw.simulation = true;
         } else if (a == "--prp-pairs") {
             raw.lanPairs = true;
+        } else if (a == "--unsynchronised") {
+            raw.unsynchronised = true;
         } else if (a.rfind("--", 0) == 0) {
             if (i + 1 >= args.size())
                 throw UsageError(a + " needs a value");
@@ -251,6 +256,7 @@ const char* usageText() {
   --bools B --bitstrings S                 entries of each GOOSE data set [4 0]
   --change T                               (repeatable) state change T s after start
   --simulation                             simulation flag in SV and GOOSE
+  --unsynchronised                         smpSynch 0 in SV (not synchronised)
   --other N                                N IPv4 frames spread over the duration [0]
   --prp-pairs                              every frame on LAN A and again on LAN B
   --sv-fault F --goose-fault F             (repeatable) a fault in every SV or GOOSE

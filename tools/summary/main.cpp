@@ -1,4 +1,5 @@
 #include "platform/parser/ParseError.h"
+#include "tools/summary/ComtradeCommand.h"
 #include "tools/summary/Reports.h"
 
 #include <charconv>
@@ -6,7 +7,9 @@
 
 namespace {
 
-const char* kUsage = "usage: tavna-inspect [--check] [--json | --values K] FILE...\n";
+const char* kUsage = "usage: tavna-inspect [--check] [--json | --values K] FILE...\n"
+                     "       tavna-inspect --comtrade OUT [--streams K,L,...] [--from S --to S] "
+                     "[--rev 1999|2013] [--ascii] [--trigger T] FILE...\n";
 
 struct Options {
     bool json = false;
@@ -43,6 +46,9 @@ bool parseOptions(int argc, char** argv, Options& o) {
 } // namespace
 
 int main(int argc, char** argv) {
+    const std::vector<std::string> args(argv + 1, argv + argc);
+    if (TavInspect::isComtradeCommand(args))
+        return TavInspect::runComtradeCommand(args);
     Options options;
     if (!parseOptions(argc, argv, options)) {
         std::cerr << kUsage;

@@ -1,0 +1,81 @@
+#include "comtrade/WindowFrames.h"
+
+#include "platform/parser/FrameReader.h"
+#include "platform/parser/WindowQuery.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace TavComtrade {
+
+using TavIec61850Parser::Timest;
+
+std::int64_t toNanoseconds(const Timest& t) {
+    return static_cast<std::int64_t>(t.seconds) * 1'000'000'000 + t.nanoseconds;
+}
+
+double WindowFrames::frameSpacingNs() const {
+    if (frames.size() < 2)
+        return 0.0;
+    const double mean = static_cast<double>(frames.back().ns - frames.front().ns) /
+                        static_cast<double>(frames.size() - 1);
+    // A few thousand spacings tell the rate as well as all of them.
+    const std::size_t step = std::max<std::size_t>(1, frames.size() / 4096);
+    std::vector<std::int64_t> spacings;
+    for (std::size_t i = step; i < frames.size(); i += step)
+        spacings.push_back(frames[i].ns - frames[i - 1].ns);
+    const auto middle = spacings.begin() + static_cast<std::ptrdiff_t>(spacings.size() / 2);
+    std::nth_element(spacings.begin(), middle, spacings.end());
+    const auto median = static_cast<double>(*middle);
+    // The median ignores gaps where frames were lost; but a capturing host
+    // that stamps frames in batches gives many equal times, and then only
+    // the mean tells the spacing.
+    return median > 0 && std::abs(median / mean - 1.0) < 0.25 ? median : mean;
+}
+
+template <typename Record>
+WindowFrames framesInWindow(const Record& stream, const std::optional<Timest>& from,
+                            const std::optional<Timest>& to) {
+    const Timest lower = from.value_or(Timest{0, 0});
+    const Timest upper = to.value_or(Timest{0xFFFFFFFFu, 999'999'999u});
+    WindowFrames result;
+    for (const auto& file : stream.files) {
+        const auto window = TavIec61850Parser::windowOf(file, lower, upper);
+        for (const auto* p : window.packages)
+            result.frames.push_back({toNanoseconds(p->time), p->offset, &file.path});
+        if (window.lastBefore != nullptr) {
+            const PlacedFrame before{toNanoseconds(window.lastBefore->time),
+                                     window.lastBefore->offset, &file.path};
+            if (!result.before || result.before->ns < before.ns)
+                result.before = before;
+        }
+    }
+    // Files in path order first, so that frames of equal times keep one order.
+    std::stable_sort(result.frames.begin(), result.frames.end(),
+                     [](const PlacedFrame& a, const PlacedFrame& b) { return *a.path < *b.path; });
+    std::stable_sort(result.frames.begin(), result.frames.end(),
+                     [](const PlacedFrame& a, const PlacedFrame& b) { return a.ns < b.ns; });
+    return result;
+}
+
+template WindowFrames framesInWindow(const TavIec61850Parser::Sv&, const std::optional<Timest>&,
+                                     const std::optional<Timest>&);
+template WindowFrames framesInWindow(const TavIec61850Parser::Goose&, const std::optional<Timest>&,
+                                     const std::optional<Timest>&);
+
+void readFrames(const std::vector<PlacedFrame>& frames, std::size_t begin, std::size_t end,
+                const std::function<void(std::size_t, const std::vector<std::uint8_t>&)>& use) {
+    std::vector<std::uint64_t> offsets;
+    while (begin < end) {
+        std::size_t runEnd = begin;
+        offsets.clear();
+        while (runEnd < end && frames[runEnd].path == frames[begin].path)
+            offsets.push_back(frames[runEnd++].offset);
+        TavIec61850Parser::FrameReader::readEach(
+            *frames[begin].path, offsets,
+            [&](std::size_t i, std::vector<std::uint8_t>& bytes) { use(begin + i, bytes); });
+        begin = runEnd;
+    }
+}
+
+} // namespace TavComtrade
