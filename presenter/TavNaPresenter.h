@@ -53,7 +53,6 @@ public:
     // Null in Ethernet mode.
     FileManagerPresenter* getFileManagerPresenter() { return fileManagerPresenter.get(); }
     DiagnosticsPresenter& getDiagnosticsPresenter() { return *diagnosticsPresenter; }
-    OscillographPresenter& getOscillographPresenter() { return *oscillographPresenter; }
 
 private:
     void _init();
