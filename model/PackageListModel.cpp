@@ -34,7 +34,6 @@ void PackageListModel::select(const IGroup* group) {
 
 void PackageListModel::update(TavIec61850Parser::Db& db, TavIec61850Parser::Filter&,
                               GroupFilter& groupFilter) {
-    generation.fetch_add(1);
     // Listeners drop the picked stream before the tree it points into goes.
     select(nullptr);
 

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <atomic>
-#include <cstdint>
-
 #include "model/GooseProto.h"
 #include "model/GroupFilter.h"
 #include "model/IGroup.h"
@@ -38,8 +35,6 @@ public:
     GooseProto& getGooseProto() { return *gooseProto; }
     const GooseProto& getGooseProto() const { return *gooseProto; }
     const IGroup* getSelectedGroup() const { return selectedGroup; }
-    // Counts rebuilds; work posted for one rebuild is stale once it changed.
-    std::uint64_t getGeneration() const { return generation.load(); }
 
 private:
     std::unique_ptr<SvProto> svProto;
@@ -60,7 +55,6 @@ private:
     void _onGooseChannelUnSelected(GooseChannel* channel, GooseGroup* group);
 
     const IGroup* selectedGroup = nullptr;
-    std::atomic<std::uint64_t> generation{0};
 };
 
 } // namespace TavNA

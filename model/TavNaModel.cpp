@@ -1,6 +1,8 @@
 #include "model/TavNaModel.h"
 
+#include "model/FailureText.h"
 #include "platform/common/Log.h"
+#include "platform/parser/ParseError.h"
 #include "platform/parser/PcapParser.h"
 
 #include <exception>
@@ -53,7 +55,7 @@ void TavNaModel::setEthernetMode() {
 }
 
 bool TavNaModel::isParsing() const {
-    return stopRequested.load() || worker.joinable();
+    return stopRequested.load() || worker.joinable() || parsedOnce;
 }
 
 void TavNaModel::stopParsing() {
@@ -68,6 +70,8 @@ void TavNaModel::parseFile(const std::string& path) {
     // threads never emit at the same time.
     if (stopRequested.load() || worker.joinable())
         _stopWorker();
+    parsedOnce = true;
+    load.begin();
     _updateProgress(0.0);
     stopRequested.exchange(false);
     signalParseStarted.emit(path);
@@ -81,6 +85,7 @@ void TavNaModel::_init() {
         _stopWorker();
         stopRequested.exchange(false);
     }
+    load.retire();
     db = TavIec61850Parser::Db();
     fileManager = std::make_unique<FileManagerModel>();
     if (fileRemovedConnection.connected())
@@ -100,14 +105,19 @@ void TavNaModel::_stopWorker() {
 void TavNaModel::_run(const std::string& path) {
     Log::writeInfo("Старт потока парсинга. Файл: " + path);
     bool parsed = true;
+    std::string failure;
+    TavIec61850Parser::FileStats stats;
     try {
-        TavIec61850Parser::PcapParser::parseFile(path, db, filter, stopRequested,
-                                                 [this](double value) { _updateProgress(value); });
+        TavIec61850Parser::PcapParser::parseFile(
+            path, db, filter, stopRequested, [this](double value) { _updateProgress(value); },
+            stats);
     } catch (const std::exception& error) {
         // What the parser kept of a broken file still counts: the file is
         // listed unless the time gap refuses it.
         std::cout << "Error: " << error.what() << std::endl;
         Log::writeError(error.what());
+        const auto* parseError = dynamic_cast<const TavIec61850Parser::ParseError*>(&error);
+        failure = parseError != nullptr ? parseError->reason() : error.what();
         parsed = false;
         _updateProgress(0.0);
     }
@@ -119,6 +129,8 @@ void TavNaModel::_run(const std::string& path) {
         fileManager->remove(path);
     } else if (_checkFileTimeGap(path)) {
         fileManager->add(path);
+        if (!parsed)
+            _reportFailure(path, failure, stats.svFrames + stats.gooseFrames);
     } else {
         db.clearByFileName(path);
         signalMessage.emit(0, "У файла " + path + " разрыв с текущим временным диапазоном больше " +
@@ -128,6 +140,17 @@ void TavNaModel::_run(const std::string& path) {
     signalParseFinished.emit(path);
     stopRequested.exchange(false);
     packageList->update(db, filter, groupFilter);
+    load.settle();
+}
+
+void TavNaModel::_reportFailure(const std::string& path, const std::string& reason,
+                                std::uint64_t framesKept) {
+    if (framesKept == 0) {
+        signalMessage.emit(1, FailureText::unreadable(path, reason));
+        return;
+    }
+    const auto [end, begin] = _getFileTimeRange(path);
+    signalMessage.emit(2, FailureText::readInPart(path, reason, framesKept, begin, end));
 }
 
 void TavNaModel::_updateProgress(double value) {

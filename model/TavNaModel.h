@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/CurrentLoad.h"
 #include "model/FileManagerModel.h"
 #include "model/GroupFilter.h"
 #include "model/OscillographModel.h"
@@ -50,8 +51,11 @@ public:
     PackageListModel& getPackageListModel() { return *packageList; }
     OscillographModel& getOscillographModel() { return *oscillographModel; }
 
-    // Stays true after a parse has finished, until the next parseFile or the
-    // end of the model: the worker is joined only then.
+    // Which parse the interface's work belongs to; see CurrentLoad.
+    CurrentLoad& getLoad() { return load; }
+
+    // True once any file has been parsed, for the rest of the model's life,
+    // also when a reset has joined the worker.
     bool isParsing() const;
     void stopParsing();
     // A path already open is ignored; a parse that still runs is cancelled
@@ -63,6 +67,7 @@ public:
     void shutdownWorker();
 
 private:
+    CurrentLoad load;
     std::unique_ptr<FileManagerModel> fileManager;
     std::unique_ptr<PackageListModel> packageList;
     std::unique_ptr<OscillographModel> oscillographModel;
@@ -80,6 +85,9 @@ public:
 private:
     void _init();
     void _run(const std::string& path);
+    // Tells the user what of a failed file was kept.
+    void _reportFailure(const std::string& path, const std::string& reason,
+                        std::uint64_t framesKept);
     void _stopWorker();
     void _updateProgress(double value);
     void _onFileRemoved(FileRecordModel* record);
@@ -94,6 +102,7 @@ private:
     std::atomic<bool> stopRequested{false};
     std::thread worker;
     double progress = 0.0;
+    bool parsedOnce = false;
     Mode mode = Mode::None;
     sigc::connection fileRemovedConnection;
 };

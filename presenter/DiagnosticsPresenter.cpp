@@ -25,33 +25,19 @@ std::string decimal(double value, const char* format) {
 
 DiagnosticsPresenter::DiagnosticsPresenter(TavNaModel& model, MoveWindow moveWindow)
     : model(model), moveWindow(std::move(moveWindow)), view(std::make_unique<DiagnosticsView>()),
-      liveness(Tav::UpdateViewGuard::makeToken()), uiThread(std::this_thread::get_id()) {
+      liveness(Tav::UpdateViewGuard::makeToken()) {
     PackageListModel& packages = model.getPackageListModel();
     const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken> alive = liveness;
-    connections.push_back(packages.signalUpdated.connect([this, alive] {
-        if (std::this_thread::get_id() == uiThread) {
-            _onTreeUpdated();
-            return;
-        }
-        const std::uint64_t parse = parsesStarted.load();
-        Tav::UpdateViewGuard::safeBeginUpdateView(alive, [this, parse] {
-            if (parse == parsesStarted.load())
-                _onTreeUpdated();
-        });
-    }));
+    CurrentLoad& load = model.getLoad();
+    connections.push_back(packages.signalUpdated.connect(
+        [this, alive, &load] { load.deliver(alive, [this] { _onTreeUpdated(); }); }));
     connections.push_back(packages.signalGroupSelected.connect(
         sigc::mem_fun(*this, &DiagnosticsPresenter::_onGroupSelected)));
-    // Each of these is about to change the database the worker reads.
-    connections.push_back(model.signalParseStarted.connect([this](const std::string&) {
-        ++parsesStarted;
-        _stop();
-    }));
+    // Each of these is about to change the database the checks read.
+    connections.push_back(load.signalBegun.connect([this] { _stop(); }));
     connections.push_back(model.signalResetting.connect([this] { _stop(); }));
-    // A removal from the parse worker comes while the checks are stopped already.
-    connections.push_back(model.getFileManagerModel().signalBeforeRemoved.connect([this](auto*) {
-        if (std::this_thread::get_id() == uiThread)
-            _stop();
-    }));
+    connections.push_back(
+        model.getFileManagerModel().signalBeforeRemoved.connect([this](auto*) { _stop(); }));
     connections.push_back(view->signalEventActivated.connect(
         sigc::mem_fun(*this, &DiagnosticsPresenter::_onEventActivated)));
     _refresh();
@@ -133,10 +119,10 @@ void DiagnosticsPresenter::_onChecked(std::uint64_t of, std::size_t entry,
         _refresh();
 }
 
-// A clearing from the worker comes with the rebuild, which is posted and
-// clears the pick itself.
+// A clearing from the worker comes with the rebuild, which clears the pick
+// itself.
 void DiagnosticsPresenter::_onGroupSelected(const IGroup* group) {
-    if (std::this_thread::get_id() != uiThread)
+    if (!model.getLoad().isInterfaceThread())
         return;
     picked = group;
     const Entry* entry = _picked();

@@ -64,12 +64,8 @@ private:
     std::vector<Entry> entries;
     const IGroup* picked = nullptr;
     std::uint64_t run = 0; // deliveries of an older run are stale
-    // Counted on the interface thread and read by the parse worker's slot, so
-    // that a rebuild posted before a newer parse began is known as stale.
-    std::atomic<std::uint64_t> parsesStarted{0};
     std::vector<sigc::connection> connections;
     std::shared_ptr<Tav::UpdateViewGuard::LifetimeToken> liveness;
-    std::thread::id uiThread;
 };
 
 } // namespace TavNA

@@ -1,24 +1,26 @@
 #include "presenter/FileManagerPresenter.h"
 
+#include "model/CurrentLoad.h"
 #include "model/FileManagerModel.h"
 #include "presenter/FileRecordPresenter.h"
 #include "view/FileManagerView.h"
 
 #include <algorithm>
+#include <sigc++/functors/mem_fun.h>
 
 namespace TavNA {
 
-FileManagerPresenter::FileManagerPresenter(FileManagerModel& model)
-    : view(std::make_unique<FileManagerView>()), model(model),
+FileManagerPresenter::FileManagerPresenter(FileManagerModel& model, CurrentLoad& load)
+    : view(std::make_unique<FileManagerView>()), model(model), load(load),
       aliveToken(Tav::UpdateViewGuard::makeToken()) {
-    // Slots that are never cut and reach this presenter only through work the
-    // token guards: files come and go on the parse worker, which must neither
-    // race a disconnect nor find the presenter gone.
+    // A file added by a load shows once the load has settled; a removal,
+    // which comes from a row's own button, is followed from the queue so the
+    // row is not destroyed inside its own click.
+    load.signalSettled.connect(sigc::mem_fun(*this, &FileManagerPresenter::_sync));
     const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken> alive = aliveToken;
-    model.signalAdded.connect(
-        [alive, this](FileRecordModel* record) { _onAdded(alive, this, record); });
     model.signalRemoved.connect(
-        [alive, this](FileRecordModel* record) { _onRemoved(alive, this, record); });
+        [alive, this, &load](FileRecordModel*) { load.post(alive, [this] { _sync(); }); });
+    _sync();
 }
 
 FileManagerPresenter::~FileManagerPresenter() {
@@ -31,26 +33,36 @@ Tav::IView* FileManagerPresenter::getView() {
     return view.get();
 }
 
-// The record is destroyed as soon as a removal returns, so only its path and
-// its address travel to the interface thread; the row and its widgets are
-// made there, never on the worker.
-void FileManagerPresenter::_onAdded(const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive,
-                                    FileManagerPresenter* self, FileRecordModel* record) {
-    const std::string path = record->fileName;
-    Tav::UpdateViewGuard::safeBeginUpdateView(
-        alive, [self, record, path] { self->_addRow(record, path); });
-}
-
-void FileManagerPresenter::_onRemoved(
-    const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive, FileManagerPresenter* self,
-    FileRecordModel* record) {
-    const std::string path = record->fileName;
-    Tav::UpdateViewGuard::safeBeginUpdateView(alive, [self, path] { self->_removeRow(path); });
-}
-
-// The row stays until the model reports the removal.
+// The row's record may be gone already (a click queued behind a removal):
+// the row's own path names the file.
 void FileManagerPresenter::_onRemoveClicked(FileRecordModel* record) {
-    model.remove(*record);
+    const auto row = std::find_if(records.begin(), records.end(),
+                                  [record](const auto& r) { return r->getModel() == record; });
+    if (row != records.end())
+        model.remove((*row)->getPath());
+}
+
+void FileManagerPresenter::_sync() {
+    const auto& files = model.getRecords();
+    auto listed = [&files](const std::string& path) {
+        return std::any_of(files.begin(), files.end(),
+                           [&path](const auto& file) { return file->fileName == path; });
+    };
+    for (auto row = records.begin(); row != records.end();) {
+        if (listed((*row)->getPath())) {
+            ++row;
+            continue;
+        }
+        dispatcher.disconnect(row->get());
+        row = records.erase(row);
+    }
+    for (const auto& file : files) {
+        const bool shown = std::any_of(records.begin(), records.end(), [&file](const auto& row) {
+            return row->getPath() == file->fileName;
+        });
+        if (!shown)
+            _addRow(file.get(), file->fileName);
+    }
 }
 
 void FileManagerPresenter::_addRow(FileRecordModel* record, const std::string& path) {
@@ -60,15 +72,6 @@ void FileManagerPresenter::_addRow(FileRecordModel* record, const std::string& p
     dispatcher.connect(added, added->signalRemoveClicked.connect(
                                   sigc::mem_fun(*this, &FileManagerPresenter::_onRemoveClicked)));
     view->setRowView(added->getNameView(), added->getRemoveButtonView());
-}
-
-void FileManagerPresenter::_removeRow(const std::string& path) {
-    const auto found = std::find_if(records.begin(), records.end(),
-                                    [&path](const auto& row) { return row->getPath() == path; });
-    if (found == records.end())
-        return;
-    dispatcher.disconnect(found->get());
-    records.erase(found);
 }
 
 } // namespace TavNA

@@ -1,7 +1,9 @@
 #include "presenter/OscillographPresenter.h"
 
+#include "model/FailureText.h"
 #include "platform/common/Log.h"
 #include "platform/parser/GooseParser.h"
+#include "platform/parser/ParseError.h"
 #include "platform/parser/SvParser.h"
 
 #include <algorithm>
@@ -72,7 +74,7 @@ template <typename Selection> void pruneFile(Selection& selection, const std::st
 
 OscillographPresenter::OscillographPresenter(TavNaModel& model)
     : view(std::make_unique<OscillographView>()), model(model),
-      liveness(Tav::UpdateViewGuard::makeToken()), uiThread(std::this_thread::get_id()) {
+      liveness(Tav::UpdateViewGuard::makeToken()) {
     auto& packages = model.getPackageListModel();
     packages.signalGroupSelected.connect(
         sigc::mem_fun(*this, &OscillographPresenter::_onGroupSelected));
@@ -84,8 +86,11 @@ OscillographPresenter::OscillographPresenter(TavNaModel& model)
         sigc::mem_fun(*this, &OscillographPresenter::_onGooseChannelSelected));
     packages.signalGooseChannelUnSelected.connect(
         sigc::mem_fun(*this, &OscillographPresenter::_onGooseChannelUnSelected));
+    // A rebuild frees the channels the selections point at. A load lets go of
+    // them when it begins; a rebuild on the interface thread does so at once.
     packages.signalUpdated.connect(sigc::mem_fun(*this, &OscillographPresenter::_onTreeReplaced));
-    model.signalParseStarted.connect(sigc::mem_fun(*this, &OscillographPresenter::_onParseStarted));
+    model.getLoad().signalBegun.connect(
+        sigc::mem_fun(*this, &OscillographPresenter::_dropSelections));
 
     auto& files = model.getFileManagerModel();
     files.signalAdded.connect(sigc::mem_fun(*this, &OscillographPresenter::_onFileAdded));
@@ -157,8 +162,8 @@ void OscillographPresenter::_onFileManagerUpdated() {
 }
 
 void OscillographPresenter::_onBeforeFileRemoved(FileRecordModel* record) {
-    if (treeReplaced.load())
-        _dropSelections();
+    for (auto it = toldFailures.begin(); it != toldFailures.end();)
+        it = it->first == record->fileName ? toldFailures.erase(it) : std::next(it);
     pruneFile(svSelection, record->fileName);
     pruneFile(gooseSelection, record->fileName);
 }
@@ -173,40 +178,11 @@ void OscillographPresenter::_onSeriesRangeChanged(float, float) {
     _draw();
 }
 
-// Every update frees the channels the selections point at. On the interface
-// thread they are dropped at once; from the worker the next redraw drops them,
-// and so does the posted clean-up, whichever comes first.
 void OscillographPresenter::_onTreeReplaced() {
-    treeReplaced.store(true);
-    if (std::this_thread::get_id() == uiThread) {
-        _dropSelections();
-        return;
-    }
-    // Posted from the worker's last step: the parse is over once this runs.
-    Tav::UpdateViewGuard::safeBeginUpdateView(liveness, [this] {
-        if (treeReplaced.load())
-            _dropSelections();
-        _resume();
-    });
-}
-
-// Raised on the interface thread before the worker starts, so the widget lets
-// go of every series while the tree they belong to is still alive.
-void OscillographPresenter::_onParseStarted(const std::string&) {
-    suspended = true;
-    _dropSelections();
-}
-
-void OscillographPresenter::_resume() {
-    suspended = false;
-    if (rangeStale) {
-        rangeStale = false;
-        _updateTimeRange();
-    }
+    model.getLoad().deliver(liveness, [this] { _dropSelections(); });
 }
 
 void OscillographPresenter::_dropSelections() {
-    treeReplaced.store(false);
     svSelection.clear();
     gooseSelection.clear();
     view->clearSeries();
@@ -214,14 +190,10 @@ void OscillographPresenter::_dropSelections() {
 }
 
 void OscillographPresenter::_postTimeRangeUpdate() {
-    Tav::UpdateViewGuard::safeBeginUpdateView(liveness, [this] { _updateTimeRange(); });
+    model.getLoad().post(liveness, [this] { _updateTimeRange(); });
 }
 
 void OscillographPresenter::_updateTimeRange() {
-    if (suspended) {
-        rangeStale = true;
-        return;
-    }
     Timest begin{std::numeric_limits<std::uint32_t>::max(), 0};
     Timest end{0, 0};
     auto widen = [&](const auto& streams) {
@@ -252,13 +224,7 @@ void OscillographPresenter::_updateTimeRange() {
 
 void OscillographPresenter::_draw() {
     drawnOnce = true;
-    if (treeReplaced.load())
-        _dropSelections();
     view->clearSeries();
-    if (suspended) {
-        view->showAll();
-        return;
-    }
     const int width = view->getPixelWidth();
     // With no columns to draw on there is nothing worth reading.
     if (width <= 0) {
@@ -278,9 +244,26 @@ void OscillographPresenter::_draw() {
         _drawGoose(c, g, w);
     });
     view->showAll();
-    if (window.readFailure)
-        TavLog::Log::writeError("Не удалось перечитать кадры для осциллографа: " +
-                                *window.readFailure);
+    _tellReadFailures(window);
+}
+
+void OscillographPresenter::_noteReadFailure(Window& window, const std::string& path,
+                                             const std::exception& error) {
+    const auto* parseError = dynamic_cast<const TavIec61850Parser::ParseError*>(&error);
+    window.readFailures.emplace(path, parseError != nullptr ? parseError->reason() : error.what());
+}
+
+// Once per file and reason, not once per redraw: a file that went away stays
+// gone for every scroll that follows.
+void OscillographPresenter::_tellReadFailures(const Window& window) {
+    for (const auto& failure : window.readFailures) {
+        if (!toldFailures.insert(failure).second)
+            continue;
+        TavLog::Log::writeError("Не удалось перечитать кадры для осциллографа: " + failure.first +
+                                ": " + failure.second);
+        model.signalMessage.emit(3,
+                                 FailureText::unreadableForDrawing(failure.first, failure.second));
+    }
 }
 
 template <typename Selection, typename DrawOne>
@@ -330,8 +313,7 @@ void OscillographPresenter::_drawSv(SvChannel& channel, const SvGroup& group, Wi
                 });
         } catch (const std::exception& error) {
             // A file that changed or went away stays so for the rest of it.
-            if (!window.readFailure)
-                window.readFailure = error.what();
+            _noteReadFailure(window, entry.first->path, error);
         }
     }
 }
@@ -350,8 +332,7 @@ void OscillographPresenter::_drawGoose(GooseChannel& channel, const GooseGroup& 
         try {
             return readGooseValue(path, p.offset, index);
         } catch (const std::exception& error) {
-            if (!window.readFailure)
-                window.readFailure = error.what();
+            _noteReadFailure(window, path, error);
             throw;
         }
     };

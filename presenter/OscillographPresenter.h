@@ -8,12 +8,11 @@
 #include "platform/view/UpdateViewGuard.h"
 #include "view/OscillographView.h"
 
-#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -48,8 +47,8 @@ private:
         TavIec61850Parser::Timest fromStamp;
         TavIec61850Parser::Timest toStamp;
         std::size_t budget = 0;
-        // The first frame that could not be read again, reported once a redraw.
-        std::optional<std::string> readFailure;
+        // Files whose frames could not be read again, each with the reason.
+        std::set<std::pair<std::string, std::string>> readFailures;
     };
 
     void _onGroupSelected(const IGroup* group);
@@ -64,8 +63,8 @@ private:
     void _onPixelWidthChanged(int width);
     void _onSeriesRangeChanged(float from, float to);
     void _onTreeReplaced();
-    void _onParseStarted(const std::string& path);
-    void _resume();
+    void _noteReadFailure(Window& window, const std::string& path, const std::exception& error);
+    void _tellReadFailures(const Window& window);
 
     void _postTimeRangeUpdate();
     void _updateTimeRange();
@@ -82,15 +81,8 @@ private:
     TavNaModel& model;
     bool drawnOnce = false;
     std::shared_ptr<Tav::UpdateViewGuard::LifetimeToken> liveness;
-    // Set from whatever thread replaces the stream tree; the selections then
-    // point into freed channels and must not be read again.
-    std::atomic<bool> treeReplaced{false};
-    std::thread::id uiThread;
-    // From the start of a parse until the worker has rebuilt the stream tree,
-    // the worker writes the database and then frees the channels: nothing is
-    // drawn or read meanwhile, and a range update waits for the end.
-    bool suspended = false;
-    bool rangeStale = false;
+    // Each file and reason the user was told of, so a redraw does not tell again.
+    std::set<std::pair<std::string, std::string>> toldFailures;
 };
 
 } // namespace TavNA

@@ -5,8 +5,8 @@
 
 namespace TavNA {
 
-PackageListPresenter::PackageListPresenter(PackageListModel& model)
-    : model(model), view(std::make_unique<PackageListView>()),
+PackageListPresenter::PackageListPresenter(PackageListModel& model, CurrentLoad& load)
+    : model(model), load(load), view(std::make_unique<PackageListView>()),
       updateGuard(Tav::UpdateViewGuard::makeToken()) {
     updatedConnection =
         model.signalUpdated.connect(sigc::mem_fun(*this, &PackageListPresenter::_onModelUpdated));
@@ -21,18 +21,13 @@ Tav::IView* PackageListPresenter::getView() {
     return view.get();
 }
 
-// Raised on the parse worker: widgets are touched only by the posted rebuild.
-// A rebuild that a newer one overtook would walk a tree already freed.
 void PackageListPresenter::_onModelUpdated() {
-    const std::uint64_t generation = model.getGeneration();
-    Tav::UpdateViewGuard::safeBeginUpdateView(updateGuard, [this, generation] {
-        if (generation == model.getGeneration())
-            _rebuild();
-    });
+    load.deliver(updateGuard, [this] { _rebuild(); });
 }
 
 void PackageListPresenter::_rebuild() {
     view->clear();
+    _retireEntries();
     auto& svGroups = model.getSvProto().getGroups();
     if (!svGroups.empty()) {
         view->setSVproto("SV (" + std::to_string(svGroups.size()) + ")");
@@ -58,6 +53,23 @@ void PackageListPresenter::_addStreams(Proto& proto,
                                          sigc::mem_fun(*this, &PackageListPresenter::_onSelected)));
         (view.get()->*addStream)(stream.getView());
     }
+}
+
+// The old entries point into the freed tree. Their views have left the panel,
+// so no input reaches them; they are destroyed from the queue rather than
+// here, since a rebuild may run inside a handler of one of them.
+void PackageListPresenter::_retireEntries() {
+    selectedItem = nullptr;
+    svConnections.disconnectAll();
+    gooseConnections.disconnectAll();
+    auto retired = std::make_shared<std::pair<decltype(svStreams), decltype(gooseStreams)>>(
+        std::move(svStreams), std::move(gooseStreams));
+    svStreams.clear();
+    gooseStreams.clear();
+    Tav::beginUpdateView([retired] {
+        retired->first.clear();
+        retired->second.clear();
+    });
 }
 
 // The earlier pick is unmarked even when it is the same entry: the entry marks

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/CurrentLoad.h"
 #include "model/PackageListModel.h"
 #include "platform/common/PointerConnectionsDispatcher.h"
 #include "platform/view/IPresenter.h"
@@ -14,9 +15,12 @@
 namespace TavNA {
 
 // The stream list: rebuilt on every model update, at most one stream picked.
+// A rebuild on the interface thread is done before control returns to the
+// main loop, so that no input queued meanwhile reaches an entry whose group
+// the update freed.
 class PackageListPresenter : public Tav::IPresenter {
 public:
-    explicit PackageListPresenter(PackageListModel& model);
+    PackageListPresenter(PackageListModel& model, CurrentLoad& load);
     PackageListPresenter(const PackageListPresenter&) = delete;
     PackageListPresenter& operator=(const PackageListPresenter&) = delete;
     ~PackageListPresenter() override;
@@ -33,6 +37,7 @@ public:
 private:
     void _onModelUpdated();
     void _rebuild();
+    void _retireEntries();
     void _onSelected(ISelectable* item, const IGroup* group);
     template <typename Presenter, typename Proto>
     void _addStreams(Proto& proto, std::vector<std::unique_ptr<Presenter>>& presenters,
@@ -40,9 +45,8 @@ private:
                      void (IPackageListView::*addStream)(Tav::IView*));
 
     PackageListModel& model;
+    CurrentLoad& load;
     std::unique_ptr<PackageListView> view;
-    // Entries of earlier updates are kept on purpose until the list goes; their
-    // views have already left the panel.
     std::vector<std::unique_ptr<SvStreamPresenter>> svStreams;
     std::vector<std::unique_ptr<GooseStreamPresenter>> gooseStreams;
     std::shared_ptr<Tav::UpdateViewGuard::LifetimeToken> updateGuard;

@@ -4,9 +4,9 @@
 
 namespace TavNA {
 
-RecordDescriptionPresenter::RecordDescriptionPresenter(PackageListModel& model)
-    : model(model), view(std::make_unique<RecordDescriptionView>()),
-      liveness(Tav::UpdateViewGuard::makeToken()), uiThread(std::this_thread::get_id()) {
+RecordDescriptionPresenter::RecordDescriptionPresenter(PackageListModel& model, CurrentLoad& load)
+    : model(model), load(load), view(std::make_unique<RecordDescriptionView>()),
+      liveness(Tav::UpdateViewGuard::makeToken()) {
     selectedConnection = model.signalGroupSelected.connect(
         sigc::mem_fun(*this, &RecordDescriptionPresenter::_onGroupSelected));
 }
@@ -15,16 +15,10 @@ RecordDescriptionPresenter::~RecordDescriptionPresenter() {
     selectedConnection.disconnect();
 }
 
-// A rebuild of the stream tree clears the pick from the parse worker; only the
-// interface thread may touch the panel, so that clearing is posted. A clearing
-// carries no group, so nothing of the tree being freed travels with it.
+// A rebuild of the stream tree clears the pick from the parse worker. Only a
+// clearing comes from there, so nothing of the tree being freed travels.
 void RecordDescriptionPresenter::_onGroupSelected(const IGroup* group) {
-    if (std::this_thread::get_id() == uiThread) {
-        _show(group);
-        return;
-    }
-    if (group == nullptr)
-        Tav::UpdateViewGuard::safeBeginUpdateView(liveness, [this] { _show(nullptr); });
+    load.deliver(liveness, [this, group] { _show(group); });
 }
 
 // Each section is filled before it is shown, so it never flashes old values.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/CurrentLoad.h"
 #include "model/PackageListModel.h"
 #include "platform/view/IPresenter.h"
 #include "platform/view/UpdateViewGuard.h"
@@ -18,7 +19,7 @@ namespace TavNA {
 // Describes the picked stream: Ethernet, its protocol, then the package count.
 class RecordDescriptionPresenter : public Tav::IPresenter {
 public:
-    explicit RecordDescriptionPresenter(PackageListModel& model);
+    RecordDescriptionPresenter(PackageListModel& model, CurrentLoad& load);
     RecordDescriptionPresenter(const RecordDescriptionPresenter&) = delete;
     RecordDescriptionPresenter& operator=(const RecordDescriptionPresenter&) = delete;
     ~RecordDescriptionPresenter() override;
@@ -35,6 +36,7 @@ private:
     void _show(const IGroup* group);
 
     [[maybe_unused]] PackageListModel& model;
+    CurrentLoad& load;
     std::unique_ptr<RecordDescriptionView> view;
     EthernetDescPresenter ethernet;
     SvDescPresenter sv;
@@ -42,7 +44,6 @@ private:
     OtherDescPresenter other;
     sigc::connection selectedConnection;
     std::shared_ptr<Tav::UpdateViewGuard::LifetimeToken> liveness;
-    std::thread::id uiThread;
 };
 
 } // namespace TavNA

@@ -33,6 +33,11 @@ TavNaPresenter::TavNaPresenter()
       menuPresenter(std::make_unique<TavNaMenuPresenter>(model)),
       statusbarPresenter(std::make_unique<TavNaStatusbarPresenter>(model)),
       aliveToken(Tav::UpdateViewGuard::makeToken()) {
+    model.getLoad().setPoster([](CurrentLoad::Task task) { Tav::beginUpdateView(task); });
+    // While a load runs, a pick or a removal would read or change what its
+    // worker writes, and the lists point into a tree it is about to free.
+    model.getLoad().signalBegun.connect([this] { _setPanelsSensitive(false); });
+    model.getLoad().signalSettled.connect(sigc::mem_fun(*this, &TavNaPresenter::_onLoadSettled));
     _init();
     model.signalModeChanged.connect(sigc::mem_fun(*this, &TavNaPresenter::_onModeChanged));
     // Both come from the parse worker, which may still run while the members
@@ -44,7 +49,6 @@ TavNaPresenter::TavNaPresenter()
     });
     model.signalParseFinished.connect(
         [alive, this](const std::string& path) { _onParseFinished(alive, this, path); });
-    model.signalParseStarted.connect(sigc::mem_fun(*this, &TavNaPresenter::_onParseStarted));
 }
 
 // The panel presenters listen to signals the worker emits and go before the
@@ -95,9 +99,10 @@ void TavNaPresenter::_init() {
     view->addWidget(panelManager->getView());
     view->addFooter(statusbarPresenter->getView());
 
-    packageListPresenter = std::make_unique<PackageListPresenter>(model.getPackageListModel());
+    packageListPresenter =
+        std::make_unique<PackageListPresenter>(model.getPackageListModel(), model.getLoad());
     recordDescriptionPresenter =
-        std::make_unique<RecordDescriptionPresenter>(model.getPackageListModel());
+        std::make_unique<RecordDescriptionPresenter>(model.getPackageListModel(), model.getLoad());
     oscillographPresenter = std::make_unique<OscillographPresenter>(model);
     // Made before this presenter listens to rebuilds: it takes its look at the
     // database before the next queued file may start changing it.
@@ -116,14 +121,10 @@ void TavNaPresenter::_init() {
     _newPanel(diagnosticsTitle, 1, diagnosticsPresenter->getView(), description);
     _newPanel(oscillographTitle, 3, oscillographPresenter->getView(), nullptr);
 
-    const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken> alive = aliveToken;
-    model.getPackageListModel().signalUpdated.connect([alive, this] {
-        Tav::UpdateViewGuard::safeBeginUpdateView(alive, [this] { _onTreeUpdated(); });
-    });
-
     fileManagerPresenter.reset();
     if (model.getMode() == Mode::Pcap) {
-        fileManagerPresenter = std::make_unique<FileManagerPresenter>(model.getFileManagerModel());
+        fileManagerPresenter =
+            std::make_unique<FileManagerPresenter>(model.getFileManagerModel(), model.getLoad());
         Tav::IPanelView* files =
             _newPanel(filesTitle, 3, fileManagerPresenter->getView(), packageList);
         if (files != nullptr)
@@ -157,7 +158,7 @@ void TavNaPresenter::_onModeChanged() {
 void TavNaPresenter::_onMessage(const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive,
                                 TavNaPresenter* self, unsigned short, const std::string& text) {
     const std::string message = text;
-    Tav::UpdateViewGuard::safeBeginUpdateView(alive, [self, message] {
+    self->model.getLoad().post(alive, [self, message] {
         Tav::DialogPresenter::show(self->view.get(), message, "",
                                    static_cast<Tav::DialogResult>(16));
     });
@@ -167,8 +168,7 @@ void TavNaPresenter::_onParseFinished(
     const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive, TavNaPresenter* self,
     const std::string& path) {
     const std::string finished = path;
-    Tav::UpdateViewGuard::safeBeginUpdateView(
-        alive, [self, finished] { self->_onOpenFinished(finished); });
+    self->model.getLoad().post(alive, [self, finished] { self->_onOpenFinished(finished); });
 }
 
 void TavNaPresenter::_onOpenFinished(const std::string& path) {
@@ -176,15 +176,9 @@ void TavNaPresenter::_onOpenFinished(const std::string& path) {
         TavLog::Log::writeInfo("Файл открыт: " + path);
 }
 
-// While the worker writes the database and replaces the stream tree, a pick
-// or a removal would read or change what it is writing.
-void TavNaPresenter::_onParseStarted(const std::string&) {
-    _setPanelsSensitive(false);
-}
-
-// Runs after the stream list's own rebuild for the same update, which was
-// posted first: only now may the next file's worker replace the tree again.
-void TavNaPresenter::_onTreeUpdated() {
+// Runs after the stream list's own rebuild for the same load, which was posted
+// first: only now may the next file's worker replace the tree again.
+void TavNaPresenter::_onLoadSettled() {
     _setPanelsSensitive(true);
     if (!awaitingParse)
         return;

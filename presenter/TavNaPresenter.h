@@ -64,8 +64,7 @@ private:
     static void _onParseFinished(const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive,
                                  TavNaPresenter* self, const std::string& path);
     void _onOpenFinished(const std::string& path);
-    void _onParseStarted(const std::string& path);
-    void _onTreeUpdated();
+    void _onLoadSettled();
     void _setPanelsSensitive(bool sensitive);
     void _openNextFile();
     Tav::IPanelView* _newPanel(const std::string& title, int position, Tav::IView* content,

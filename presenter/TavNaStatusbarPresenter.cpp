@@ -14,9 +14,11 @@ TavNaStatusbarPresenter::TavNaStatusbarPresenter(TavNaModel& model)
     // Only the work they post, which the token guards, reaches the view.
     const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken> alive = aliveToken;
     TavNaStatusbarView* bar = view.get();
-    model.signalProgress.connect([alive, bar](double value) { _postProgress(alive, bar, value); });
+    CurrentLoad& load = model.getLoad();
+    model.signalProgress.connect(
+        [&load, alive, bar](double value) { _postProgress(load, alive, bar, value); });
     model.signalParseFinished.connect(
-        [alive, bar](const std::string&) { _postOpenFinished(alive, bar); });
+        [&load, alive, bar](const std::string&) { _postOpenFinished(load, alive, bar); });
     model.signalParseStarted.connect(
         sigc::mem_fun(*this, &TavNaStatusbarPresenter::onBeforeOpenFile));
     model.signalModeChanged.connect(sigc::mem_fun(*this, &TavNaStatusbarPresenter::_onModeChanged));
@@ -33,7 +35,7 @@ Tav::IView* TavNaStatusbarPresenter::getView() {
 }
 
 void TavNaStatusbarPresenter::updateProgress(double value) {
-    _postProgress(aliveToken, view.get(), value);
+    _postProgress(model.getLoad(), aliveToken, view.get(), value);
 }
 
 void TavNaStatusbarPresenter::onBeforeOpenFile(const std::string& path) {
@@ -43,18 +45,20 @@ void TavNaStatusbarPresenter::onBeforeOpenFile(const std::string& path) {
 }
 
 void TavNaStatusbarPresenter::onAfterOpenFile(const std::string&) {
-    _postOpenFinished(aliveToken, view.get());
+    _postOpenFinished(model.getLoad(), aliveToken, view.get());
 }
 
+// Progress and the end of an earlier load must not reach the bar of a later one.
 void TavNaStatusbarPresenter::_postProgress(
-    const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive, TavNaStatusbarView* bar,
-    double value) {
-    Tav::UpdateViewGuard::safeBeginUpdateView(alive, [bar, value] { bar->updateProgress(value); });
+    CurrentLoad& load, const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive,
+    TavNaStatusbarView* bar, double value) {
+    load.post(alive, [bar, value] { bar->updateProgress(value); });
 }
 
 void TavNaStatusbarPresenter::_postOpenFinished(
-    const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive, TavNaStatusbarView* bar) {
-    Tav::UpdateViewGuard::safeBeginUpdateView(alive, [bar] {
+    CurrentLoad& load, const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive,
+    TavNaStatusbarView* bar) {
+    load.post(alive, [bar] {
         bar->setFileName("");
         bar->showProgress(false);
         bar->showCancelLoadButton(false);

@@ -8,6 +8,7 @@
 
 namespace TavNA {
 
+class CurrentLoad;
 class TavNaModel;
 class TavNaStatusbarView;
 
@@ -34,9 +35,11 @@ private:
     void _onModeSwitched(bool active);
     void _onModeChanged();
     // Callable on the worker: the view is touched only by the posted work.
-    static void _postProgress(const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive,
+    static void _postProgress(CurrentLoad& load,
+                              const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive,
                               TavNaStatusbarView* bar, double value);
-    static void _postOpenFinished(const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive,
+    static void _postOpenFinished(CurrentLoad& load,
+                                  const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive,
                                   TavNaStatusbarView* bar);
 
     std::unique_ptr<TavNaStatusbarView> view;

@@ -39,12 +39,13 @@ bool pumpUntil(const std::function<bool()>& done) {
 // The module's panels on a loaded capture, eight channels ticked.
 struct Scene {
     TavNaModel model;
-    PackageListPresenter list{model.getPackageListModel()};
+    PackageListPresenter list{model.getPackageListModel(), model.getLoad()};
     OscillographPresenter scope{model};
     Gtk::Window window;
     double duration = 0.0;
 
     Scene() {
+        model.getLoad().setPoster([](CurrentLoad::Task task) { Tav::beginUpdateView(task); });
         std::atomic<bool> updated{false};
         sigc::connection c =
             model.getPackageListModel().signalUpdated.connect([&] { updated = true; });

@@ -69,6 +69,15 @@ std::string smallCapture() {
     return TavTest::generated("small", {"--sv", "1", "--duration", "0.01"});
 }
 
+// A capture cut in the middle of its last frame.
+std::string truncatedCapture() {
+    const std::string whole = TavTest::generated("whole", {"--sv", "2", "--duration", "0.1"});
+    const std::string cut = TavTest::tempDir() + "/cut.pcap";
+    std::filesystem::copy_file(whole, cut, std::filesystem::copy_options::overwrite_existing);
+    std::filesystem::resize_file(cut, std::filesystem::file_size(whole) - 10);
+    return cut;
+}
+
 class ToolExitCodes : public ::testing::TestWithParam<ExitCase> {};
 
 TEST_P(ToolExitCodes, ExitWithTheDocumentedCode) {
@@ -86,7 +95,7 @@ TEST_P(ToolExitCodes, ExitWithTheDocumentedCode) {
 std::vector<ExitCase> exitCases() {
     const std::string missing = TavTest::tempDir() + "/missing.pcap";
     const std::string unwritable = TavTest::tempDir() + "/no/such/dir/out.pcap";
-    const std::string small = smallCapture(), notes = notACapture();
+    const std::string small = smallCapture(), notes = notACapture(), cut = truncatedCapture();
     return {
         {"gen_without_output", "TAVNA_GEN", {}, 2, "usage"},
         {"gen_unknown_option", "TAVNA_GEN", {"x.pcap", "--colour", "red"}, 2, "--colour"},
@@ -108,11 +117,24 @@ std::vector<ExitCase> exitCases() {
         {"inspect_missing_file", "TAVNA_INSPECT", {small, missing}, 1, missing},
         {"inspect_not_a_capture", "TAVNA_INSPECT", {notes}, 1, notes},
         {"inspect_ok", "TAVNA_INSPECT", {small}, 0, ""},
+        {"inspect_help", "TAVNA_INSPECT", {"--help"}, 0, ""},
+        {"inspect_read_in_part", "TAVNA_INSPECT", {small, cut}, 3, cut + ": truncated"},
     };
 }
 
 INSTANTIATE_TEST_SUITE_P(CommandLines, ToolExitCodes, ::testing::ValuesIn(exitCases()),
                          [](const auto& info) { return std::string(info.param.name); });
+
+// What was read of a file that breaks off is reported before the warning.
+TEST(InspectGenerated, AFileReadInPartIsReportedThenWarned) {
+    const auto r = runTool("TAVNA_INSPECT", {"--json", truncatedCapture()});
+    EXPECT_EQ(r.exitCode, 3);
+    const FlatJson j = TavTest::parseJson(r.out);
+    EXPECT_EQ(j.at("streams"), "2");
+    // 800 frames written, the last one cut.
+    EXPECT_EQ(std::stoi(j.at("streams.0.packets")) + std::stoi(j.at("streams.1.packets")), 799);
+    EXPECT_NE(r.err.find("warning: read in part"), std::string::npos) << r.err;
+}
 
 // Two files, nanosecond times, both kinds: the JSON lists each file with its
 // format, sorts GOOSE before SV, and shows the nanoseconds.

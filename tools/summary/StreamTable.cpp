@@ -1,5 +1,7 @@
 #include "tools/summary/StreamTable.h"
 
+#include "platform/parser/ParseError.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <tuple>
@@ -47,8 +49,15 @@ void StreamTable::load(const std::vector<std::string>& paths) {
     const std::atomic<bool> cancel{false};
     for (const auto& path : paths) {
         TavIec61850Parser::FileStats stats;
-        TavIec61850Parser::PcapParser::parseFile(
-            path, db_, TavIec61850Parser::Filter{}, cancel, [](double) {}, stats);
+        try {
+            TavIec61850Parser::PcapParser::parseFile(
+                path, db_, TavIec61850Parser::Filter{}, cancel, [](double) {}, stats);
+        } catch (const TavIec61850Parser::ParseError& error) {
+            // The format is known once the header was read.
+            if (stats.format.empty())
+                throw;
+            warnings_.push_back(error.what());
+        }
         nanosecondFiles_[path] = stats.format.find("ns") != std::string::npos;
         paths_.push_back(path);
         stats_.push_back(std::move(stats));

@@ -37,8 +37,12 @@ struct PlacedPackage {
 // identifier.
 class StreamTable {
 public:
-    // Parses the files in order; a ParseError propagates.
+    // Parses the files in order. A file that cannot be read at all throws its
+    // ParseError; one that breaks off after its header keeps what was read and
+    // leaves a warning.
     void load(const std::vector<std::string>& paths);
+    // "file: reason" of each file read only in part.
+    const std::vector<std::string>& warnings() const { return warnings_; }
 
     const std::vector<TavIec61850Parser::FileStats>& fileStats() const { return stats_; }
     const std::vector<std::string>& paths() const { return paths_; }
@@ -57,6 +61,7 @@ private:
     std::vector<TavIec61850Parser::FileStats> stats_;
     std::map<std::string, bool> nanosecondFiles_;
     std::vector<StreamRef> streams_;
+    std::vector<std::string> warnings_;
 };
 
 // "1216909229.658033" with the given number of decimals, from the exact time stamp.

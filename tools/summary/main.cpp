@@ -7,6 +7,9 @@
 
 namespace {
 
+// A file was read only in part: the report holds what was read.
+constexpr int kReadInPart = 3;
+
 const char* kUsage = "usage: tavna-inspect [--check] [--json | --values K] FILE...\n"
                      "       tavna-inspect --comtrade OUT [--streams K,L,...] [--from S --to S] "
                      "[--rev 1999|2013] [--ascii] [--trigger T] FILE...\n";
@@ -49,6 +52,10 @@ int main(int argc, char** argv) {
     const std::vector<std::string> args(argv + 1, argv + argc);
     if (TavInspect::isComtradeCommand(args))
         return TavInspect::runComtradeCommand(args);
+    if (args.size() == 1 && (args[0] == "--help" || args[0] == "-h")) {
+        std::cout << kUsage;
+        return 0;
+    }
     Options options;
     if (!parseOptions(argc, argv, options)) {
         std::cerr << kUsage;
@@ -79,5 +86,8 @@ int main(int argc, char** argv) {
         std::cerr << "tavna-inspect: " << e.what() << '\n';
         return 1;
     }
-    return 0;
+    std::cout.flush();
+    for (const auto& warning : table.warnings())
+        std::cerr << "tavna-inspect: warning: read in part: " << warning << '\n';
+    return table.warnings().empty() ? 0 : kReadInPart;
 }

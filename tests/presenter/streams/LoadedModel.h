@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/TavNaModel.h"
+#include "platform/view/UpdateViewGuard.h"
 #include "tests/support/GuiTest.h"
 #include "tests/support/TestCaptures.h"
 
@@ -15,6 +16,8 @@ namespace TavTest {
 class LoadedModel {
 public:
     LoadedModel() {
+        model.getLoad().setPoster(
+            [](TavNA::CurrentLoad::Task task) { Tav::beginUpdateView(task); });
         updated = model.getPackageListModel().signalUpdated.connect([this] { ++updates; });
     }
     ~LoadedModel() { updated.disconnect(); }

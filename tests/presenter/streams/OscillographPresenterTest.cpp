@@ -48,7 +48,7 @@ template <typename Presenter> Gtk::CheckButton& checkBox(Presenter& stream, std:
 class OscillographDrawing : public testing::Test {
 protected:
     TavTest::LoadedModel loaded;
-    PackageListPresenter list{loaded.model.getPackageListModel()};
+    PackageListPresenter list{loaded.model.getPackageListModel(), loaded.model.getLoad()};
     OscillographPresenter scope{loaded.model};
     Gtk::Window window;
 
@@ -236,7 +236,7 @@ TEST(OscillographUnshown, NoColumnsReadNothing) {
     std::filesystem::copy_file(svCapture(), copy,
                                std::filesystem::copy_options::overwrite_existing);
     TavTest::LoadedModel loaded;
-    PackageListPresenter list(loaded.model.getPackageListModel());
+    PackageListPresenter list(loaded.model.getPackageListModel(), loaded.model.getLoad());
     OscillographPresenter scope(loaded.model);
     loaded.open(copy);
     ASSERT_EQ(scope.getViewObj().getPixelWidth(), 0);

@@ -17,7 +17,7 @@ using TavTest::generated;
 class RecordDescription : public testing::Test {
 protected:
     TavTest::LoadedModel loaded;
-    RecordDescriptionPresenter panel{loaded.model.getPackageListModel()};
+    RecordDescriptionPresenter panel{loaded.model.getPackageListModel(), loaded.model.getLoad()};
 
     PackageListModel& packages() { return loaded.model.getPackageListModel(); }
     EthernetDescView& ethernet() { return panel.getEthernet().getViewObj(); }
@@ -79,7 +79,7 @@ TEST_F(RecordDescription, RedundancyLinesButNeverTheirIds) {
     EXPECT_EQ(panel.getSv().getViewObj().getRowValue(SvDescView::Simulation), "да");
 
     TavTest::LoadedModel prp;
-    RecordDescriptionPresenter prpPanel(prp.model.getPackageListModel());
+    RecordDescriptionPresenter prpPanel(prp.model.getPackageListModel(), prp.model.getLoad());
     prp.open(generated("sv1-prpB", {"--sv", "1", "--prp", "B", "--duration", "0.01"}));
     auto& prpPackages = prp.model.getPackageListModel();
     prpPackages.select(prpPackages.getSvProto().getGroups().getItems()[0].get());

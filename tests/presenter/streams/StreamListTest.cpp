@@ -41,7 +41,7 @@ bool isMarked(StreamView<ISvStreamView>& view) {
 class StreamList : public testing::Test {
 protected:
     TavTest::LoadedModel loaded;
-    PackageListPresenter list{loaded.model.getPackageListModel()};
+    PackageListPresenter list{loaded.model.getPackageListModel(), loaded.model.getLoad()};
     std::vector<const IGroup*> picks;
 
     void SetUp() override {
@@ -58,20 +58,21 @@ TEST_F(StreamList, ShowsOnlyTheSectionsOfProtocolsPresent) {
     EXPECT_EQ(sectionTitles(list.getViewObj()), std::vector<std::string>{"SV (2)"});
 
     TavTest::LoadedModel gooseOnly;
-    PackageListPresenter gooseList(gooseOnly.model.getPackageListModel());
+    PackageListPresenter gooseList(gooseOnly.model.getPackageListModel(),
+                                   gooseOnly.model.getLoad());
     gooseOnly.open(TavTest::sharedCapture("goose_3pub_interlocking_vlan0_451frames.pcap"));
     EXPECT_EQ(sectionTitles(gooseList.getViewObj()), std::vector<std::string>{"GOOSE (3)"});
 
     TavTest::LoadedModel mixed;
-    PackageListPresenter mixedList(mixed.model.getPackageListModel());
+    PackageListPresenter mixedList(mixed.model.getPackageListModel(), mixed.model.getLoad());
     mixed.open(generated("sv1goose2", {"--sv", "1", "--goose", "2", "--duration", "0.5"}));
     EXPECT_EQ(sectionTitles(mixedList.getViewObj()),
               (std::vector<std::string>{"SV (1)", "GOOSE (2)"}));
-    // Each update replaces the visible entries; earlier ones are only kept.
+    // Each update replaces the entries, none of the earlier ones is kept.
     mixed.open(generated("sv2", {"--sv", "2", "--duration", "0.01"}));
     EXPECT_EQ(sectionTitles(mixedList.getViewObj()),
               (std::vector<std::string>{"SV (2)", "GOOSE (2)"}));
-    EXPECT_EQ(mixedList.getSvStreams().size(), 3u);
+    EXPECT_EQ(mixedList.getSvStreams().size(), 2u);
 }
 
 TEST_F(StreamList, CaptionAndTooltipIdentifyTheStream) {
