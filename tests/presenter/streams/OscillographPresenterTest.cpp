@@ -211,7 +211,8 @@ std::size_t countLines(const std::string& path, const std::string& needle) {
     });
 }
 
-TEST_F(OscillographDrawing, AVanishedFileDrawsNothingAndLogsOnce) {
+// The user is told once per file and cause, however often the window moves.
+TEST_F(OscillographDrawing, AVanishedFileDrawsNothingAndIsToldOnce) {
     const std::string copy = TavTest::tempDir() + "/vanishing.pcap";
     std::filesystem::copy_file(svCapture(), copy,
                                std::filesystem::copy_options::overwrite_existing);
@@ -219,16 +220,24 @@ TEST_F(OscillographDrawing, AVanishedFileDrawsNothingAndLogsOnce) {
     SvChannel& ia = tick(*list.getSvStreams().at(0), 0);
     ASSERT_FALSE(ia.getSerie().points.empty());
 
+    std::vector<std::pair<unsigned short, std::string>> told;
+    loaded.model.signalMessage.connect(
+        [&](unsigned short code, const std::string& text) { told.emplace_back(code, text); });
     const std::string log = TavTest::tempDir() + "/vanishing.log";
     TavLog::Log::setFilePath(log);
     TavLog::Log::setEcho(false);
     std::filesystem::remove(copy);
     showRange(0.0, 2.0);
+    showRange(0.5, 1.0);
     TavLog::Log::setFilePath("");
     TavLog::Log::setEcho(true);
 
     EXPECT_TRUE(ia.getSerie().points.empty());
     EXPECT_EQ(countLines(log, "vanishing.pcap"), 1u);
+    ASSERT_EQ(told.size(), 1u);
+    EXPECT_EQ(told[0].second, "Кадры файла " + copy +
+                                  " не читаются для осциллограммы: файла больше нет. Откройте "
+                                  "файл заново.");
 }
 
 TEST(OscillographUnshown, NoColumnsReadNothing) {
