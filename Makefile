@@ -18,8 +18,9 @@ build: deps
 run: build
 	@bash scripts/run.sh $(BUILD)
 
-# Every test: the main build, the parser under ASan+UBSan, the model and its
-# worker under TSan, then a short libFuzzer run of the decoders.
+# Every test: the main build, the parser and the window's load tests under
+# ASan+UBSan, the model and its worker under TSan, then a short libFuzzer run
+# of the decoders.
 test: deps
 	@bash scripts/test.sh
 
@@ -36,4 +37,4 @@ format:
 	@git ls-files '*.cpp' '*.h' | xargs clang-format -i
 
 clean:
-	rm -rf build build-asan build-tsan build-fuzz
+	rm -rf build build-asan build-asan-gui build-tsan build-fuzz

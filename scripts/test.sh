@@ -42,6 +42,16 @@ if want asan; then
         run_ctest --test-dir build-asan --output-on-failure -j "$jobs"
 fi
 
+if want asan; then
+    echo "== the window's load and removal tests under AddressSanitizer"
+    cmake -S . -B build-asan-gui -DCMAKE_BUILD_TYPE=Debug -DTAVNA_SANITIZE=address,undefined \
+        -DTAVNA_BENCH=OFF > /dev/null
+    cmake --build build-asan-gui -j "$jobs" --target LoadSafetyTest FailureDialogsTest tavna-gen
+    ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1 \
+        LSAN_OPTIONS=suppressions=$PWD/tests/lsan-gui.supp \
+        run_ctest --test-dir build-asan-gui --output-on-failure -L load
+fi
+
 if want tsan; then
     echo "== model and parse worker under ThreadSanitizer"
     configure_and_build build-tsan -DCMAKE_BUILD_TYPE=Debug -DTAVNA_LAYERS=core \
