@@ -88,6 +88,7 @@ std::size_t StreamIndex::remember(const RawKey& key, const PackageFile* file) {
     s.key.size = key.size;
     std::memcpy(s.key.bytes.data(), key.bytes.data(), key.size);
     s.file = file;
+    s.sv = nullptr;
     s.used = true;
     s.frame.clear();
     s.next = kNone;
@@ -117,11 +118,26 @@ const PackageFile* StreamIndex::svTarget(const EthernetFrame& eth, const SvFrame
     s.confRev = sv.first.confRev;
     s.datSet.assign(sv.first.datSet);
     s.valuesPerAsdu = static_cast<std::uint32_t>(sv.first.valueCount());
+    s.seqDataBytes = static_cast<std::uint32_t>(sv.first.seqDataSize);
     s.asdusPerFrame = sv.asduCount;
     if (!filter_.keep.sv || !listed(filter_.svIdentifiers, s.identifier()))
         return nullptr;
     auto it = db_.svProto.svs.insert(std::move(s)).first;
+    if (it->asduSvIds.empty())
+        it->asduSvIds.emplace_back(sv.first.svId);
+    lastSvStream_ = &*it;
     return fileOf(it->files);
+}
+
+// Only frames whose ASDUs disagree on the svID get here, and they are rare:
+// a frame that matches its stream's template repeats the svIDs already seen.
+void StreamIndex::noteSvIds(const Sv& stream, const EthernetFrame& eth) {
+    std::vector<ASDUData> asdus;
+    decodeSvApdu(eth.payload, eth.payloadSize, &asdus);
+    for (const ASDUData& a : asdus)
+        if (std::find(stream.asduSvIds.begin(), stream.asduSvIds.end(), a.svId) ==
+            stream.asduSvIds.end())
+            stream.asduSvIds.push_back(a.svId);
 }
 
 const PackageFile* StreamIndex::gooseTarget(const EthernetFrame& eth, const GooseFrameView& g) {
@@ -134,6 +150,7 @@ const PackageFile* StreamIndex::gooseTarget(const EthernetFrame& eth, const Goos
     s.goId.assign(g.goId);
     s.confRev = static_cast<std::uint32_t>(g.confRev);
     s.entries = g.entries;
+    s.numDatSetEntries = g.numDatSetEntries;
     if (!filter_.keep.goose || !listed(filter_.gooseIdentifiers, s.identifier()))
         return nullptr;
     auto it = db_.gooseProto.gooses.insert(std::move(s)).first;
@@ -178,7 +195,13 @@ void StreamIndex::addSv(const EthernetFrame& eth, const SvFrameView& sv, const P
     putEthernet(key, 'S', eth, sv.header.appId);
     key.put(&sv.first.confRev, sizeof sv.first.confRev);
     key.putText(sv.first.svId);
+    lastSvStream_ = nullptr;
     std::size_t slot = file(key, p, [&] { return svTarget(eth, sv); });
+    if (slot != kNone && lastSvStream_)
+        slots_[slot].sv = lastSvStream_;
+    const Sv* stream = slot != kNone ? slots_[slot].sv : lastSvStream_;
+    if (sv.mixedSvIds && stream)
+        noteSvIds(*stream, eth);
     if (slot == kNone)
         return;
     VaryingBytes varying = sv.varying;

@@ -82,8 +82,6 @@ SvAsduView decodeAsdu(const BerElement& asdu, VaryingBytes& varying) {
             v.counters.hasSmpRate = 1;
             break;
         case kSeqData:
-            if (e.length % 8 != 0)
-                malformed("seqData is not 8 bytes per channel");
             v.seqData = e.value;
             v.seqDataSize = e.length;
             varying.add(e.value, e.length);
@@ -122,6 +120,7 @@ ASDUData copyOut(const SvAsduView& v) {
         d.values[i].value = static_cast<std::int32_t>(ByteReader::load32(p, true));
         d.values[i].quality = ByteReader::load32(p + 4, true);
     }
+    d.rest.assign(v.seqData + 8 * d.values.size(), v.seqData + v.seqDataSize);
     return d;
 }
 
@@ -152,6 +151,8 @@ SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size,
         SvAsduView v = decodeAsdu(asdus.expect(0x30, "ASDU"), frame.varying);
         if (frame.asduCount == 0)
             frame.first = v;
+        else if (v.svId != frame.first.svId)
+            frame.mixedSvIds = true;
         if (all)
             all->push_back(copyOut(v));
         ++frame.asduCount;

@@ -21,8 +21,9 @@ struct SvAsduView {
     const std::uint8_t* gmIdentity = nullptr;
     std::size_t gmIdentitySize = 0;
     const std::uint8_t* seqData = nullptr;
-    std::size_t seqDataSize = 0; // a multiple of 8
+    std::size_t seqDataSize = 0; // any length: data sets other than 9-2LE exist
 
+    // Complete 8-byte entries; the bytes after them are kept, not interpreted.
     std::size_t valueCount() const { return seqDataSize / 8; }
 };
 
@@ -32,6 +33,7 @@ struct SvFrameView {
     ApduHeader header;
     std::uint32_t asduCount = 0;
     SvAsduView first;
+    bool mixedSvIds = false; // some ASDU carries an svID other than the first's
     VaryingBytes varying;
 };
 

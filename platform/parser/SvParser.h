@@ -33,7 +33,8 @@ struct ASDUData {
     AsduCounters counters;
     std::vector<std::uint8_t> gmIdentity; // empty when absent
     std::uint64_t confRev = 0;
-    std::vector<SvValue> values; // in data-set order
+    std::vector<SvValue> values;    // in data-set order, the complete 8-byte entries
+    std::vector<std::uint8_t> rest; // seqData bytes after the last complete entry
 };
 
 class SvParser {

@@ -4,6 +4,7 @@
 #include "platform/parser/GooseParser.h"
 #include "platform/parser/PcapParser.h"
 #include "platform/parser/SvParser.h"
+#include "tests/support/Csv.h"
 #include "tests/support/Json.h"
 #include "tests/support/TestCaptures.h"
 
@@ -34,18 +35,7 @@ ToolResult runTool(const char* envName, std::vector<std::string> args) {
     return r;
 }
 
-// The inspector writes CSV without quoting.
-std::vector<std::vector<std::string>> parseCsv(const std::string& text) {
-    std::vector<std::vector<std::string>> rows;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) {
-        std::istringstream cells(line);
-        rows.emplace_back();
-        for (std::string cell; std::getline(cells, cell, ',');)
-            rows.back().push_back(cell);
-    }
-    return rows;
-}
+using TavTest::parseCsv;
 
 struct ExitCase {
     const char* name;

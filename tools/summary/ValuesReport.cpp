@@ -9,10 +9,26 @@ namespace TavInspect {
 
 namespace {
 
+// seqData bytes that make no complete 8-byte entry, as lowercase hex.
+std::string hex(const std::vector<std::uint8_t>& bytes) {
+    static const char digits[] = "0123456789abcdef";
+    std::string text;
+    for (std::uint8_t b : bytes) {
+        text += digits[b >> 4];
+        text += digits[b & 0xF];
+    }
+    return text;
+}
+
 void writeSvRows(std::ostream& out, const StreamRef& stream, int decimals) {
+    // Only data sets that are not whole 8-byte entries get the column, so
+    // that ordinary streams keep their table.
+    const bool withRest = stream.sv->seqDataBytes % 8 != 0;
     out << "time,smpCnt";
     for (std::uint32_t c = 0; c < stream.sv->valuesPerAsdu; ++c)
         out << ",v" << c;
+    if (withRest)
+        out << ",rest";
     out << '\n';
     for (const auto& placed : StreamTable::packagesInTimeOrder(stream)) {
         const std::string time = formatTime(placed.package.time, decimals);
@@ -21,6 +37,8 @@ void writeSvRows(std::ostream& out, const StreamRef& stream, int decimals) {
             out << time << ',' << asdu.counters.smpCnt;
             for (const auto& v : asdu.values)
                 out << ',' << v.value;
+            if (withRest)
+                out << ',' << hex(asdu.rest);
             out << '\n';
         }
     }
