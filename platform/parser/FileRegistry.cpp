@@ -11,6 +11,7 @@ namespace {
 struct Registry {
     std::mutex mutex;
     std::unordered_map<std::string, FileVersion> versions;
+    std::unordered_map<std::string, LinkLayout> links;
 };
 
 Registry& registry() {
@@ -33,6 +34,23 @@ std::optional<FileVersion> FileRegistry::lookup(const std::string& path) {
     if (it == r.versions.end())
         return std::nullopt;
     return it->second;
+}
+
+} // namespace TavIec61850Parser
+
+namespace TavIec61850Parser {
+
+void FileRegistry::rememberLinks(const std::string& path, LinkLayout layout) {
+    Registry& r = registry();
+    std::lock_guard lock(r.mutex);
+    r.links[path] = std::move(layout);
+}
+
+LinkLayout FileRegistry::links(const std::string& path) {
+    Registry& r = registry();
+    std::lock_guard lock(r.mutex);
+    auto it = r.links.find(path);
+    return it == r.links.end() ? LinkLayout{} : it->second;
 }
 
 } // namespace TavIec61850Parser

@@ -1,5 +1,6 @@
 #include "platform/parser/FrameReader.h"
 
+#include "platform/parser/CookedLinkLayer.h"
 #include "platform/parser/FileRegistry.h"
 #include "platform/parser/ParseError.h"
 #include "platform/parser/PcapReader.h"
@@ -27,6 +28,7 @@ struct OpenCapture {
     FileVersion version; // a file rewritten in place keeps its inode
     int fd = -1;
     std::optional<PcapHeader> pcap; // empty for pcapng
+    LinkLayout links;               // pcapng only
 
     ~OpenCapture() { close(); }
     void close() {
@@ -63,6 +65,7 @@ OpenCapture& openCapture(const std::string& path, const struct stat& st,
     f.device = st.st_dev;
     f.inode = st.st_ino;
     f.version = version;
+    f.links = FileRegistry::links(path);
     std::uint8_t head[kPcapFileHeaderSize] = {};
     ssize_t got = ::pread(f.fd, head, sizeof head, 0);
     f.pcap =
@@ -72,6 +75,18 @@ OpenCapture& openCapture(const std::string& path, const struct stat& st,
         throw ParseError(path, "not a pcap or pcapng file");
     }
     return f;
+}
+
+// A cooked frame is handed out as the Ethernet frame it stands for, so that
+// every reader of frames decodes one link layer only.
+void asEthernet(const OpenCapture& f, std::uint32_t linkType, std::uint64_t offset,
+                std::vector<std::uint8_t>& buffer) {
+    if (!isCookedLinkType(linkType))
+        return;
+    thread_local std::vector<std::uint8_t> rewritten;
+    if (!cookedToEthernet(linkType, buffer.data(), buffer.size(), rewritten))
+        noFrame(f.path, offset);
+    buffer.swap(rewritten);
 }
 
 // Bytes read with a record header in the same call: enough for any frame of
@@ -101,10 +116,11 @@ void readPcapRecord(const OpenCapture& f, std::uint64_t offset, std::uint64_t fi
     const std::size_t ahead = static_cast<std::size_t>(got) - kPcapRecordHeaderSize;
     if (captured <= ahead) {
         buffer.assign(chunk + kPcapRecordHeaderSize, chunk + kPcapRecordHeaderSize + captured);
-        return;
+    } else {
+        buffer.resize(captured);
+        readExactly(f, buffer.data(), captured, offset + kPcapRecordHeaderSize);
     }
-    buffer.resize(captured);
-    readExactly(f, buffer.data(), captured, offset + kPcapRecordHeaderSize);
+    asEthernet(f, f.pcap->linkType, offset, buffer);
 }
 
 void readPcapngBlock(const OpenCapture& f, std::uint64_t offset, std::uint64_t fileSize,
@@ -128,6 +144,7 @@ void readPcapngBlock(const OpenCapture& f, std::uint64_t offset, std::uint64_t f
     try {
         PacketBlockFrame frame = packetBlockFrame(block.data(), length, type, *big);
         buffer.assign(frame.data, frame.data + frame.size);
+        asEthernet(f, linkTypeAt(f.links, offset, frame.interfaceId), offset, buffer);
     } catch (const MalformedFrame&) {
         noFrame(f.path, offset);
     }

@@ -1,6 +1,7 @@
 #include "platform/parser/PcapParser.h"
 
 #include "platform/parser/ContainerReader.h"
+#include "platform/parser/CookedLinkLayer.h"
 #include "platform/parser/FileRegistry.h"
 #include "platform/parser/MappedFile.h"
 #include "platform/parser/ParseError.h"
@@ -26,26 +27,24 @@ template <class Decode> bool decodes(FileStats& stats, Decode decode) {
     return false;
 }
 
-void handleFrame(const FrameRecord& rec, StreamIndex& index, FileStats& stats) {
-    if (rec.linkType != kLinkTypeEthernet) {
-        ++stats.otherFrames;
-        return;
-    }
-    const Package package{rec.time, rec.offset};
-    if (index.addKnownSv(rec.data, rec.size, package)) {
+// An Ethernet frame, or one rewritten as such with its destination unknown.
+void handleEthernet(const std::uint8_t* data, std::size_t size, bool dstKnown,
+                    const Package& package, StreamIndex& index, FileStats& stats) {
+    if (dstKnown && index.addKnownSv(data, size, package)) {
         ++stats.svFrames;
         return;
     }
     EthernetFrame eth;
-    if (!decodeEthernet(rec.data, rec.size, eth)) {
+    if (!decodeEthernet(data, size, eth)) {
         ++stats.otherFrames;
         return;
     }
+    eth.dstKnown = dstKnown;
     if (eth.etherType == kEtherTypeSv) {
         SvFrameView sv;
         if (decodes(stats, [&] { sv = decodeSvApdu(eth.payload, eth.payloadSize); })) {
             ++stats.svFrames;
-            index.addSv(eth, sv, package, rec.data, rec.size);
+            index.addSv(eth, sv, package, data, size);
         }
     } else if (eth.etherType == kEtherTypeGoose) {
         GooseFrameView goose;
@@ -56,6 +55,18 @@ void handleFrame(const FrameRecord& rec, StreamIndex& index, FileStats& stats) {
     } else {
         ++stats.otherFrames;
     }
+}
+
+void handleFrame(const FrameRecord& rec, StreamIndex& index, FileStats& stats,
+                 std::vector<std::uint8_t>& cooked) {
+    const Package package{rec.time, rec.offset};
+    if (rec.linkType == kLinkTypeEthernet)
+        handleEthernet(rec.data, rec.size, true, package, index, stats);
+    else if (isCookedLinkType(rec.linkType) &&
+             cookedToEthernet(rec.linkType, rec.data, rec.size, cooked))
+        handleEthernet(cooked.data(), cooked.size(), false, package, index, stats);
+    else
+        ++stats.otherFrames;
 }
 
 } // namespace
@@ -79,24 +90,30 @@ void PcapParser::parseFile(const std::string& path, Db& db, const Filter& filter
 
     StreamIndex index(db, filter, path);
     ProgressReporter reporter(std::move(progress), file.size());
+    // Whatever stays in the database must be readable again by offset.
+    const auto finish = [&] {
+        index.finish();
+        FileRegistry::rememberLinks(path, reader->linkLayout());
+    };
     FrameRecord rec;
+    std::vector<std::uint8_t> cooked;
     try {
         while (reader->next(rec)) {
             ++stats.frames;
-            handleFrame(rec, index, stats);
+            handleFrame(rec, index, stats, cooked);
             if (stats.frames % kPollEvery == 0) {
                 if (cancel.load(std::memory_order_relaxed)) {
-                    index.finish();
+                    finish();
                     return;
                 }
                 reporter.at(reader->position());
             }
         }
     } catch (...) {
-        index.finish();
+        finish();
         throw;
     }
-    index.finish();
+    finish();
     reporter.done();
 }
 

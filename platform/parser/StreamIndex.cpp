@@ -16,7 +16,7 @@ std::string mac(const std::uint8_t* p) {
 
 template <class Stream> void fillEthernet(Stream& s, const EthernetFrame& eth) {
     s.srcMac = mac(eth.src);
-    s.dstMac = mac(eth.dst);
+    s.dstMac = eth.dstKnown ? mac(eth.dst) : kUnknownMac;
     if (eth.vlanCount > 0) {
         VlanTag tag;
         tag.id = eth.vlanId;
@@ -60,7 +60,9 @@ StreamIndex::StreamIndex(Db& db, const Filter& filter, std::string path)
 
 void StreamIndex::putEthernet(RawKey& key, char kind, const EthernetFrame& eth,
                               std::uint16_t appId) {
-    key.put(&kind, 1);
+    // An unknown destination's zero bytes must not pass for a real address.
+    const char kindAndLink = eth.dstKnown ? kind : static_cast<char>(kind | 0x20);
+    key.put(&kindAndLink, 1);
     key.put(eth.dst, 12); // destination and source, adjacent in the frame
     std::uint8_t hasVlan = eth.vlanCount > 0;
     key.put(&hasVlan, 1);
@@ -202,7 +204,9 @@ void StreamIndex::addSv(const EthernetFrame& eth, const SvFrameView& sv, const P
     const Sv* stream = slot != kNone ? slots_[slot].sv : lastSvStream_;
     if (sv.mixedSvIds && stream)
         noteSvIds(*stream, eth);
-    if (slot == kNone)
+    // A rewritten cooked frame's template would also match an Ethernet frame
+    // sent to the all-zero address, so such frames are always decoded.
+    if (slot == kNone || !eth.dstKnown)
         return;
     VaryingBytes varying = sv.varying;
     if (eth.hsrSequenceAt)

@@ -31,7 +31,6 @@ struct Variant {
 };
 
 const std::string kSv = "TavnaSV00";
-const std::string kSvDst = "01:0c:cd:04:00:00";
 const std::string kSvSrc = "02:00:00:00:01:00";
 
 std::vector<Variant> variants() {
@@ -83,6 +82,27 @@ std::vector<Variant> variants() {
          {{"streams", "2"}, {"streams.0.vlan", "100"}, {"streams.1.vlan", "100"}},
          {"time", "stNum", "sqNum", "v0", "v1", "v2", "v3"},
          {"0", "0", "0", "0", "0"}},
+        {"LinuxCookedBehindVlan",
+         with({"--sv", "1", "--goose", "1", "--vlan", "7", "--link", "sll"}),
+         {{"files.0.sv_frames", "40"},
+          {"files.0.goose_frames", "3"},
+          {"streams.0.dst", quoted("??:??:??:??:??:??")},
+          {"streams.1.src", quoted(kSvSrc)},
+          {"streams.1.dst", quoted("??:??:??:??:??:??")},
+          {"streams.1.vlan", "7"}},
+         {"time", "stNum", "sqNum", "v0", "v1", "v2", "v3"},
+         {"0", "0", "0", "0", "0"}},
+        {"LinuxCookedVersion2OfTwelveByteDataSets",
+         with({"--sv", "2", "--link", "sll2", "--seqdata-bytes", "12"}),
+         {{"files.0.sv_frames", "80"},
+          {"files.0.other_frames", "0"},
+          {"streams", "2"},
+          {"streams.0.src", quoted(kSvSrc)},
+          {"streams.0.dst", quoted("??:??:??:??:??:??")},
+          {"streams.0.vlan", "null"},
+          {"streams.0.values_per_asdu", "1"}},
+         {"time", "smpCnt", "v0", "rest"},
+         {"0", "e0e1e2e3"}},
     };
 }
 
