@@ -3,6 +3,7 @@
 #include "platform/parser/ContainerReader.h"
 #include "platform/parser/CookedLinkLayer.h"
 #include "platform/parser/FileRegistry.h"
+#include "platform/parser/InflatedCapture.h"
 #include "platform/parser/MappedFile.h"
 #include "platform/parser/ParseError.h"
 #include "platform/parser/ProgressReporter.h"
@@ -82,14 +83,29 @@ void PcapParser::parseFile(const std::string& path, Db& db, const Filter& filter
                            FileStats& stats) {
     stats = FileStats{};
     MappedFile file(path);
-    std::unique_ptr<ContainerReader> reader = openContainer(path, file.data(), file.size());
+    // A compressed file is inflated in the first half of the progress, and
+    // its frames are read from the inflated copy in the second.
+    std::unique_ptr<MappedFile> inflated;
+    if (isCompressed(file)) {
+        stats.compressed = true;
+        inflated = mapInflated(path, file, cancel, [&](double f) {
+            if (progress)
+                progress(f / 2);
+        });
+        if (!inflated)
+            return;
+        if (progress)
+            progress = [whole = std::move(progress)](double f) { whole(0.5 + f / 2); };
+    }
+    const MappedFile& frames = inflated ? *inflated : file;
+    std::unique_ptr<ContainerReader> reader = openContainer(path, frames.data(), frames.size());
     stats.format = reader->format();
     FileRegistry::remember(path, file.version());
     // Reading a path again replaces what it gave before instead of doubling it.
     db.clearByFileName(path);
 
     StreamIndex index(db, filter, path);
-    ProgressReporter reporter(std::move(progress), file.size());
+    ProgressReporter reporter(std::move(progress), frames.size());
     // Whatever stays in the database must be readable again by offset.
     const auto finish = [&] {
         index.finish();
@@ -115,6 +131,10 @@ void PcapParser::parseFile(const std::string& path, Db& db, const Filter& filter
     }
     finish();
     reporter.done();
+}
+
+void PcapParser::forgetFile(const std::string& path) {
+    forgetInflated(path);
 }
 
 } // namespace TavIec61850Parser

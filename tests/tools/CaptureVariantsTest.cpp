@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <filesystem>
 #include <tuple>
 
 namespace {
@@ -114,6 +116,12 @@ using Param = std::tuple<Variant, std::string, bool>; // variant, container, gzi
 
 class CaptureVariants : public ::testing::TestWithParam<Param> {
 protected:
+    // Inflated copies go to a cache folder of the test's own.
+    static void SetUpTestSuite() {
+        ::setenv("XDG_CACHE_HOME", (TavTest::tempDir() + "/cache").c_str(), 1);
+    }
+    static std::string cacheFolder() { return TavTest::tempDir() + "/cache/tavna"; }
+
     std::string write() {
         const auto& [v, format, gzip] = GetParam();
         const std::string path = TavTest::tempDir() + "/" + v.name + "-" + format +
@@ -151,6 +159,15 @@ TEST_P(CaptureVariants, JsonAndValuesReadBackExactly) {
     EXPECT_EQ(std::vector<std::string>(rows[1].begin() + 2, rows[1].end()), v.firstRowTail);
 }
 
+TEST_P(CaptureVariants, InspectorKeepsNoInflatedCopy) {
+    const std::string path = write();
+    const FlatJson j = TavTest::parseJson(inspect({"--json", path}));
+    EXPECT_EQ(j.at("files.0.gzip"), std::get<2>(GetParam()) ? "true" : "false");
+    std::error_code ec;
+    EXPECT_TRUE(!std::filesystem::exists(cacheFolder(), ec) ||
+                std::filesystem::is_empty(cacheFolder(), ec));
+}
+
 std::string nameOf(const ::testing::TestParamInfo<Param>& info) {
     const auto& [v, format, gzip] = info.param;
     return std::string(v.name) + "_" + format + (gzip ? "_gzip" : "");
@@ -158,8 +175,7 @@ std::string nameOf(const ::testing::TestParamInfo<Param>& info) {
 
 INSTANTIATE_TEST_SUITE_P(Containers, CaptureVariants,
                          ::testing::Combine(::testing::ValuesIn(variants()),
-                                            ::testing::Values("pcap", "pcapng"),
-                                            ::testing::Values(false)),
+                                            ::testing::Values("pcap", "pcapng"), ::testing::Bool()),
                          nameOf);
 
 } // namespace

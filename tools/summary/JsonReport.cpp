@@ -23,6 +23,8 @@ void writeFiles(JsonWriter& json, const StreamTable& table) {
         json.string(table.paths()[i]);
         json.key("format");
         json.string(f.format);
+        json.key("gzip");
+        json.boolean(f.compressed);
         const std::pair<const char*, std::uint64_t> counts[] = {
             {"frames", f.frames},
             {"sv_frames", f.svFrames},
