@@ -44,7 +44,7 @@ std::vector<Variant> variants() {
     return {
         {"TwelveByteDataSetsOfDistinctSvIds",
          with({"--sv", "1", "--asdus", "8", "--seqdata-bytes", "12", "--distinct-svids"}),
-         {{"files.0.sv_frames", "5"},
+         {{"files.0.sv_frames", "40"},
           {"files.0.malformed_frames", "0"},
           {"streams", "1"},
           {"streams.0.svID", quoted(kSv)},
@@ -53,7 +53,7 @@ std::vector<Variant> variants() {
           {"streams.0.svIDs", "8"},
           {"streams.0.svIDs.0", quoted(kSv)},
           {"streams.0.svIDs.7", quoted(kSv + "/7")},
-          {"streams.0.packets", "5"}},
+          {"streams.0.packets", "40"}},
          {"time", "smpCnt", "v0", "rest"},
          {"0", "e0e1e2e3"}},
         {"DataSetShorterThanOneEntry",

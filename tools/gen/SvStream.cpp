@@ -80,22 +80,26 @@ void SvStream::buildTemplate() {
                                  apdu, 0);
 }
 
+std::uint64_t SvStream::samplesPerFrame() const {
+    return config_.distinctSvIds ? 1 : config_.asdus;
+}
+
 bool SvStream::done() const {
     // Frame k starts with sample k * asdus at k * asdus / rate seconds; the
     // comparison stays in integers so that no frame slips in or out by rounding.
-    const std::uint64_t firstSample = frameIndex_ * config_.asdus;
+    const std::uint64_t firstSample = frameIndex_ * samplesPerFrame();
     return firstSample * 1'000'000'000u >= durationNs_ * config_.rate;
 }
 
 std::uint64_t SvStream::timeNs() const {
-    const std::uint64_t firstSample = frameIndex_ * config_.asdus;
+    const std::uint64_t firstSample = frameIndex_ * samplesPerFrame();
     return startNs_ + firstSample * 1'000'000'000u / config_.rate;
 }
 
 std::span<const std::uint8_t> SvStream::frame() {
     std::uint8_t* apdu = frame_.data() + layout_.payloadOffset;
     for (std::uint32_t a = 0; a < config_.asdus; ++a) {
-        const std::uint64_t n = frameIndex_ * config_.asdus + a;
+        const std::uint64_t n = frameIndex_ * samplesPerFrame() + (config_.distinctSvIds ? 0 : a);
         putBigEndian16(apdu + slots_[a].smpCnt, static_cast<std::uint16_t>(n % config_.rate));
         config_.signal.sample(n, config_.rate, values_);
         std::uint8_t* seqData = apdu + slots_[a].seqData;

@@ -24,8 +24,10 @@ struct SvStreamConfig {
     // seqData length when it is not 8 bytes a channel: the complete entries
     // carry channels, the bytes after them a fixed pattern (restByte).
     std::optional<std::uint32_t> seqDataBytes;
-    bool distinctSvIds = false; // ASDU k > 0 carries svId + "/" + k
-    std::uint8_t smpSynch = 2;  // synchronised to a global clock
+    // ASDU k > 0 carries svId + "/" + k: a publisher of several logical
+    // streams, all ASDUs of a frame the same sample instant.
+    bool distinctSvIds = false;
+    std::uint8_t smpSynch = 2; // synchronised to a global clock
     bool simulation = false;
     Tagging tagging;
     SvSignal signal;
@@ -59,6 +61,8 @@ private:
         std::size_t smpSynch = 0;
     };
 
+    // Samples of one svID a frame carries: each ASDU its own, or one for all.
+    std::uint64_t samplesPerFrame() const;
     void buildTemplate();
     void applyFaults(std::uint8_t* apdu);
 

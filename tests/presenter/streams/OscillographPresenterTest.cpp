@@ -178,10 +178,11 @@ TEST_P(OddDataSets, TheOneValueIsListedAndDrawn) {
 
     SvChannel& value = tick(stream, 0);
     const auto& points = value.getSerie().points;
-    ASSERT_EQ(points.size(), 50u); // the first 100 ms are on show
-    for (long k : {0L, 1L, 49L}) {
-        EXPECT_NEAR(points[k].x, 8 * k / 4000.0, 1e-6) << k;
-        EXPECT_FLOAT_EQ(points[k].y, rawCurrentA(8 * k) * value.getTransformRatio()) << k;
+    // A frame per sample, the first 100 ms on show.
+    ASSERT_EQ(points.size(), 400u);
+    for (long n : {0L, 1L, 399L}) {
+        EXPECT_NEAR(points[n].x, n / 4000.0, 1e-6) << n;
+        EXPECT_FLOAT_EQ(points[n].y, rawCurrentA(n) * value.getTransformRatio()) << n;
     }
 }
 
