@@ -28,13 +28,10 @@ template <class Decode> bool decodes(FileStats& stats, Decode decode) {
     return false;
 }
 
-// An Ethernet frame, or one rewritten as such with its destination unknown.
-void handleEthernet(const std::uint8_t* data, std::size_t size, bool dstKnown,
-                    const Package& package, StreamIndex& index, FileStats& stats) {
-    if (dstKnown && index.addKnownSv(data, size, package)) {
-        ++stats.svFrames;
-        return;
-    }
+// Decodes an Ethernet frame, or one rewritten as such with its destination
+// unknown, and files it under its stream.
+void decodeEthernetFrame(const std::uint8_t* data, std::size_t size, bool dstKnown,
+                         const Package& package, StreamIndex& index, FileStats& stats) {
     EthernetFrame eth;
     if (!decodeEthernet(data, size, eth)) {
         ++stats.otherFrames;
@@ -58,16 +55,28 @@ void handleEthernet(const std::uint8_t* data, std::size_t size, bool dstKnown,
     }
 }
 
+// Cooked frames are rewritten as Ethernet ones and always decoded in full.
+void handleCookedFrame(const FrameRecord& rec, const Package& package, StreamIndex& index,
+                       FileStats& stats, std::vector<std::uint8_t>& cooked) {
+    if (isCookedLinkType(rec.linkType) &&
+        cookedToEthernet(rec.linkType, rec.data, rec.size, cooked))
+        decodeEthernetFrame(cooked.data(), cooked.size(), false, package, index, stats);
+    else
+        ++stats.otherFrames;
+}
+
 void handleFrame(const FrameRecord& rec, StreamIndex& index, FileStats& stats,
                  std::vector<std::uint8_t>& cooked) {
     const Package package{rec.time, rec.offset};
-    if (rec.linkType == kLinkTypeEthernet)
-        handleEthernet(rec.data, rec.size, true, package, index, stats);
-    else if (isCookedLinkType(rec.linkType) &&
-             cookedToEthernet(rec.linkType, rec.data, rec.size, cooked))
-        handleEthernet(cooked.data(), cooked.size(), false, package, index, stats);
-    else
-        ++stats.otherFrames;
+    if (rec.linkType != kLinkTypeEthernet) [[unlikely]] {
+        handleCookedFrame(rec, package, index, stats, cooked);
+        return;
+    }
+    if (index.addKnownSv(rec.data, rec.size, package)) {
+        ++stats.svFrames;
+        return;
+    }
+    decodeEthernetFrame(rec.data, rec.size, true, package, index, stats);
 }
 
 } // namespace
