@@ -120,14 +120,13 @@ ASDUData copyOut(const SvAsduView& v) {
         d.values[i].value = static_cast<std::int32_t>(ByteReader::load32(p, true));
         d.values[i].quality = ByteReader::load32(p + 4, true);
     }
-    d.rest.assign(v.seqData + 8 * d.values.size(), v.seqData + v.seqDataSize);
     return d;
 }
 
 } // namespace
 
-SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size,
-                         std::vector<ASDUData>* all) {
+SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size, std::vector<ASDUData>* all,
+                         SeqDataRests* rests) {
     SvFrameView frame;
     frame.header = decodeApduHeader(payload, size);
     BerReader outer(frame.header.pdu, frame.header.pduSize);
@@ -155,6 +154,8 @@ SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size,
             frame.mixedSvIds = true;
         if (all)
             all->push_back(copyOut(v));
+        if (rests)
+            rests->emplace_back(v.seqData + 8 * v.valueCount(), v.seqData + v.seqDataSize);
         ++frame.asduCount;
     }
     if (frame.asduCount != declared)

@@ -38,8 +38,9 @@ struct SvFrameView {
 };
 
 // Decodes and checks a whole SV APDU (the bytes after the EtherType). When
-// `all` is given, every ASDU is also copied out into it. Throws MalformedFrame.
+// `all` is given, every ASDU is also copied out into it, and when `rests` is,
+// each ASDU's seqData bytes after its values. Throws MalformedFrame.
 SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size,
-                         std::vector<ASDUData>* all = nullptr);
+                         std::vector<ASDUData>* all = nullptr, SeqDataRests* rests = nullptr);
 
 } // namespace TavIec61850Parser

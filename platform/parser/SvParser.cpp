@@ -7,21 +7,29 @@
 
 namespace TavIec61850Parser {
 
-std::vector<ASDUData> SvParser::parseASDUFromFrame(const std::uint8_t* frame, std::size_t size) {
+std::vector<ASDUData> SvParser::parseASDUFromFrame(const std::uint8_t* frame, std::size_t size,
+                                                   SeqDataRests* rests) {
     EthernetFrame eth;
     if (!decodeEthernet(frame, size, eth) || eth.etherType != kEtherTypeSv)
         throw MalformedFrame("not an SV frame");
     std::vector<ASDUData> asdus;
-    decodeSvApdu(eth.payload, eth.payloadSize, &asdus);
+    decodeSvApdu(eth.payload, eth.payloadSize, &asdus, rests);
     return asdus;
 }
 
 std::vector<ASDUData> SvParser::parseASDUFromFile(const std::string& path,
                                                   unsigned long long offset) {
+    SeqDataRests ignored;
+    return parseASDUFromFile(path, offset, ignored);
+}
+
+std::vector<ASDUData> SvParser::parseASDUFromFile(const std::string& path,
+                                                  unsigned long long offset, SeqDataRests& rests) {
     thread_local std::vector<std::uint8_t> buffer;
     FrameReader::read(path, offset, buffer);
+    rests.clear();
     try {
-        return parseASDUFromFrame(buffer.data(), buffer.size());
+        return parseASDUFromFrame(buffer.data(), buffer.size(), &rests);
     } catch (const MalformedFrame& e) {
         throw ParseError(path,
                          "no SV frame at byte " + std::to_string(offset) + " (" + e.what() + ")");

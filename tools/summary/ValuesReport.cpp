@@ -30,15 +30,17 @@ void writeSvRows(std::ostream& out, const StreamRef& stream, int decimals) {
     if (withRest)
         out << ",rest";
     out << '\n';
+    TavIec61850Parser::SeqDataRests rests;
     for (const auto& placed : StreamTable::packagesInTimeOrder(stream)) {
         const std::string time = formatTime(placed.package.time, decimals);
-        for (const auto& asdu :
-             TavIec61850Parser::SvParser::parseASDUFromFile(*placed.path, placed.package.offset)) {
-            out << time << ',' << asdu.counters.smpCnt;
-            for (const auto& v : asdu.values)
+        const auto asdus = TavIec61850Parser::SvParser::parseASDUFromFile(
+            *placed.path, placed.package.offset, rests);
+        for (std::size_t a = 0; a < asdus.size(); ++a) {
+            out << time << ',' << asdus[a].counters.smpCnt;
+            for (const auto& v : asdus[a].values)
                 out << ',' << v.value;
             if (withRest)
-                out << ',' << hex(asdu.rest);
+                out << ',' << hex(rests[a]);
             out << '\n';
         }
     }

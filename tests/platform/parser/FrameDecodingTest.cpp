@@ -149,11 +149,13 @@ TEST(SvFrames, seqDataOfAnyLengthKeepsItsCompleteEntriesAndTheRest) {
     odd[0x5F - 40] -= 1;
     odd[17] -= 1; // and the APDU
     auto whole = SvParser::parseASDUFromFrame(real.data(), real.size());
-    auto cut = SvParser::parseASDUFromFrame(odd.data(), odd.size());
+    SeqDataRests rests;
+    auto cut = SvParser::parseASDUFromFrame(odd.data(), odd.size(), &rests);
     ASSERT_EQ(cut.size(), 1u);
     ASSERT_EQ(cut[0].values.size(), 7u);
     EXPECT_EQ(cut[0].values.back().value, whole[0].values[6].value);
-    EXPECT_EQ(cut[0].rest, Bytes(real.end() - 8, real.end() - 1));
+    ASSERT_EQ(rests.size(), 1u);
+    EXPECT_EQ(rests[0], Bytes(real.end() - 8, real.end() - 1));
     FileStats stats;
     Db db = parseFrames("oddsv.pcap", {odd}, &stats);
     EXPECT_EQ(stats.svFrames, 1u);
