@@ -169,7 +169,8 @@ TEST_P(OddDataSets, TheOneValueIsListedAndDrawn) {
     std::string name = "sv1-seq12";
     for (const auto& o : GetParam())
         name += o;
-    loaded.open(generated(name, options));
+    const std::string path = generated(name, options);
+    loaded.open(path);
     ASSERT_EQ(list.getSvStreams().size(), 1u);
     auto& stream = *list.getSvStreams().at(0);
     stream.getViewObj()->nameButton().clicked();
@@ -184,6 +185,19 @@ TEST_P(OddDataSets, TheOneValueIsListedAndDrawn) {
         EXPECT_NEAR(points[n].x, n / 4000.0, 1e-6) << n;
         EXPECT_FLOAT_EQ(points[n].y, rawCurrentA(n) * value.getTransformRatio()) << n;
     }
+
+    // Closing the file's entry takes a compressed file's inflated copy with it.
+    const std::string cache = TavTest::tempDir() + "/cache/tavna";
+    const auto cached = [&] {
+        std::error_code ec;
+        return std::filesystem::exists(cache, ec) && !std::filesystem::is_empty(cache, ec);
+    };
+    const bool compressed =
+        std::find(GetParam().begin(), GetParam().end(), "--gzip") != GetParam().end();
+    EXPECT_EQ(cached(), compressed);
+    loaded.model.getFileManagerModel().remove(path);
+    TavTest::pumpPending();
+    EXPECT_FALSE(cached());
 }
 
 INSTANTIATE_TEST_SUITE_P(Captures, OddDataSets,
