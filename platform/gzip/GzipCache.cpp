@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <functional>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 #include <zlib.h>
@@ -160,7 +161,11 @@ bool GzipCache::inflate(const std::uint8_t* data, std::size_t size, const std::s
     if (std::filesystem::exists(copy, ec))
         return true; // written whole before: copies appear only by renaming
     std::filesystem::create_directories(std::filesystem::path(copy).parent_path(), ec);
-    const std::string part = copy + ".part" + std::to_string(::getpid());
+    // Each writer has a name of its own: another process, or another thread
+    // of this one, may be making the same copy.
+    const std::string part =
+        copy + ".part" + std::to_string(::getpid()) + "-" +
+        std::to_string(std::hash<std::thread::id>{}(std::this_thread::get_id()));
     bool cancelled = false;
     try {
         Output out(part);

@@ -17,23 +17,32 @@ std::vector<ASDUData> SvParser::parseASDUFromFrame(const std::uint8_t* frame, st
     return asdus;
 }
 
-std::vector<ASDUData> SvParser::parseASDUFromFile(const std::string& path,
-                                                  unsigned long long offset) {
-    SeqDataRests ignored;
-    return parseASDUFromFile(path, offset, ignored);
-}
+namespace {
 
-std::vector<ASDUData> SvParser::parseASDUFromFile(const std::string& path,
-                                                  unsigned long long offset, SeqDataRests& rests) {
+std::vector<ASDUData> readAndDecode(const std::string& path, unsigned long long offset,
+                                    SeqDataRests* rests) {
     thread_local std::vector<std::uint8_t> buffer;
     FrameReader::read(path, offset, buffer);
-    rests.clear();
     try {
-        return parseASDUFromFrame(buffer.data(), buffer.size(), &rests);
+        return SvParser::parseASDUFromFrame(buffer.data(), buffer.size(), rests);
     } catch (const MalformedFrame& e) {
         throw ParseError(path,
                          "no SV frame at byte " + std::to_string(offset) + " (" + e.what() + ")");
     }
+}
+
+} // namespace
+
+std::vector<ASDUData> SvParser::parseASDUFromFile(const std::string& path,
+                                                  unsigned long long offset) {
+    return readAndDecode(path, offset, nullptr);
+}
+
+std::vector<ASDUData> SvParser::parseASDUWithRestsFromFile(const std::string& path,
+                                                           unsigned long long offset,
+                                                           SeqDataRests& rests) {
+    rests.clear();
+    return readAndDecode(path, offset, &rests);
 }
 
 void SvParser::parseASDUsFromFile(

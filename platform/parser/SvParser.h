@@ -55,8 +55,9 @@ public:
                        const std::function<void(std::size_t, std::vector<ASDUData>&)>& use);
 
     // The same, also giving each ASDU's seqData bytes beyond its values.
-    static std::vector<ASDUData> parseASDUFromFile(const std::string& path,
-                                                   unsigned long long offset, SeqDataRests& rests);
+    static std::vector<ASDUData> parseASDUWithRestsFromFile(const std::string& path,
+                                                            unsigned long long offset,
+                                                            SeqDataRests& rests);
 
     // Decodes every ASDU of one Ethernet frame. Throws MalformedFrame when the
     // bytes are not a well-formed SV frame.

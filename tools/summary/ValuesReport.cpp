@@ -33,7 +33,7 @@ void writeSvRows(std::ostream& out, const StreamRef& stream, int decimals) {
     TavIec61850Parser::SeqDataRests rests;
     for (const auto& placed : StreamTable::packagesInTimeOrder(stream)) {
         const std::string time = formatTime(placed.package.time, decimals);
-        const auto asdus = TavIec61850Parser::SvParser::parseASDUFromFile(
+        const auto asdus = TavIec61850Parser::SvParser::parseASDUWithRestsFromFile(
             *placed.path, placed.package.offset, rests);
         for (std::size_t a = 0; a < asdus.size(); ++a) {
             out << time << ',' << asdus[a].counters.smpCnt;
