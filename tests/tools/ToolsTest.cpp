@@ -55,6 +55,13 @@ std::string notACapture() {
     return path;
 }
 
+// gzip's magic and method, then bytes that inflate to nothing.
+std::string brokenGzip() {
+    const std::string path = TavTest::tempDir() + "/broken.pcap.gz";
+    std::ofstream(path, std::ios::binary) << "\x1f\x8b\x08\x00garbage that is not deflate";
+    return path;
+}
+
 std::string smallCapture() {
     return TavTest::generated("small", {"--sv", "1", "--duration", "0.01"});
 }
@@ -86,6 +93,12 @@ std::vector<ExitCase> exitCases() {
         {"gen_bad_time", "TAVNA_GEN", {"x.pcap", "--start", "-5"}, 2, "--start"},
         {"gen_missing_value", "TAVNA_GEN", {"x.pcap", "--sv"}, 2, "--sv"},
         {"gen_unwritable", "TAVNA_GEN", {unwritable, "--sv", "1"}, 1, unwritable},
+        {"gen_bad_link", "TAVNA_GEN", {"x.pcap", "--link", "ppp"}, 2, "--link"},
+        {"gen_seqdata_too_long",
+         "TAVNA_GEN",
+         {"x.pcap", "--seqdata-bytes", "2000"},
+         2,
+         "--seqdata-bytes"},
         {"gen_help", "TAVNA_GEN", {"--help"}, 0, ""},
         {"inspect_without_files", "TAVNA_INSPECT", {}, 2, "usage"},
         {"inspect_unknown_option", "TAVNA_INSPECT", {"--fast", small}, 2, "usage"},
@@ -97,6 +110,7 @@ std::vector<ExitCase> exitCases() {
          "no stream 1"},
         {"inspect_missing_file", "TAVNA_INSPECT", {small, missing}, 1, missing},
         {"inspect_not_a_capture", "TAVNA_INSPECT", {notes}, 1, notes},
+        {"inspect_broken_gzip", "TAVNA_INSPECT", {brokenGzip()}, 1, "compressed data"},
         {"inspect_ok", "TAVNA_INSPECT", {small}, 0, ""},
     };
 }
