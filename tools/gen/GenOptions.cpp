@@ -223,6 +223,7 @@ GenRequest parseArguments(const std::vector<std::string>& args) {
         } else if (a == "--unsynchronised") {
             raw.unsynchronised = true;
         } else if (applyVariantFlag(raw.variants, a)) {
+            // taken by the call
         } else if (a.rfind("--", 0) == 0) {
             if (i + 1 >= args.size())
                 throw UsageError(a + " needs a value");
