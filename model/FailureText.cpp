@@ -11,7 +11,7 @@ namespace {
 
 // Reasons the parser gives, by their fixed beginning; what follows the
 // beginning (a byte offset, the system's error text) is kept as it is.
-constexpr std::array<std::pair<const char*, const char*>, 16> kReasons{{
+constexpr std::array<std::pair<const char*, const char*>, 21> kReasons{{
     {"truncated", "файл обрывается"},
     {"empty file", "файл пуст"},
     {"not a pcap or pcapng file", "это не файл захвата pcap или pcapng"},
@@ -28,6 +28,11 @@ constexpr std::array<std::pair<const char*, const char*>, 16> kReasons{{
     {"corrupt packet block", "повреждён блок кадра"},
     {"corrupt record header", "повреждён заголовок записи"},
     {"unsupported time resolution", "неподдерживаемая точность времени"},
+    {"corrupt compressed data", "повреждены сжатые данные"},
+    {"compressed data cut short", "сжатые данные обрываются"},
+    {"cannot write the inflated copy: ", "не удаётся записать распакованную копию: "},
+    {"cannot keep the inflated copy: ", "не удаётся сохранить распакованную копию: "},
+    {"cannot start inflating", "не удаётся начать распаковку"},
 }};
 
 std::string translateTail(std::string tail) {

@@ -126,6 +126,7 @@ void TavNaModel::_run(const std::string& path) {
 
     if (stopRequested.load()) {
         db.clearByFileName(path);
+        TavIec61850Parser::PcapParser::forgetFile(path);
         fileManager->remove(path);
     } else if (_checkFileTimeGap(path)) {
         fileManager->add(path);
@@ -133,6 +134,7 @@ void TavNaModel::_run(const std::string& path) {
             _reportFailure(path, failure, stats.svFrames + stats.gooseFrames);
     } else {
         db.clearByFileName(path);
+        TavIec61850Parser::PcapParser::forgetFile(path);
         signalMessage.emit(0, "У файла " + path + " разрыв с текущим временным диапазоном больше " +
                                   std::to_string(oscillographModel->gapSeconds) +
                                   " сек. Если необходимо откройте файл отдельно.");
@@ -160,6 +162,7 @@ void TavNaModel::_updateProgress(double value) {
 
 void TavNaModel::_onFileRemoved(FileRecordModel* record) {
     db.clearByFileName(record->fileName);
+    TavIec61850Parser::PcapParser::forgetFile(record->fileName);
     packageList->update(db, filter, groupFilter);
     // Only GOOSE streams are asked about, also when SV streams remain: the
     // range is recomputed from the remaining files as soon as one is added.

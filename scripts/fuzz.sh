@@ -19,6 +19,10 @@ if [ -x "$gen" ]; then
     "$gen" "$work/files/gen-hsr.pcap" --format pcap-ns --big-endian --sv 1 --duration 0.001 --hsr B
     "$gen" "$work/files/gen-goose.pcapng" --format pcapng --goose 2 --bitstrings 2 --prp A \
         --duration 0.01 --other 2
+    "$gen" "$work/files/gen-sll.pcap" --link sll --sv 1 --goose 1 --vlan 3 --duration 0.002 \
+        --seqdata-bytes 12 --asdus 3 --distinct-svids
+    "$gen" "$work/files/gen-sll2.pcapng.gz" --format pcapng --link sll2 --sv 1 --duration 0.002 \
+        --gzip
 fi
 "$build/tests/fuzz/tavna-fuzz-seeds" "$work/frames" "$work"/files/*
 

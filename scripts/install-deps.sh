@@ -12,6 +12,7 @@ packages=(
     libxtst-dev                       # the end-to-end suite's input, through the X server
     fonts-dejavu-core                 # legible text in screenshots and help documents
     imagemagick                       # screenshots of the running window
+    zlib1g-dev                        # gzip-compressed captures
 )
 
 missing=()

@@ -8,6 +8,11 @@ namespace TavIec61850Parser {
 
 namespace {
 
+// The data-set tags of integer and unsigned: X.690 gives an integer at least
+// one content octet, so an empty one is a broken encoding, not a zero.
+constexpr std::uint8_t kDataInteger = 0x85;
+constexpr std::uint8_t kDataUnsigned = 0x86;
+
 [[noreturn]] void malformed(const std::string& why) {
     throw MalformedFrame(why);
 }
@@ -21,6 +26,8 @@ std::uint32_t validateLevel(const std::uint8_t* data, std::size_t size, int dept
         BerElement e = r.next();
         if (e.constructed())
             validateLevel(e.value, e.length, depth + 1);
+        else if (e.length == 0 && (e.tag == kDataInteger || e.tag == kDataUnsigned))
+            malformed("integer with no content octets");
         ++count;
     }
     return count;

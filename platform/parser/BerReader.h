@@ -38,7 +38,8 @@ private:
 inline constexpr int kMaxBerDepth = 16;
 
 // Checks that every constructed element inside [data, data+size) parses, down
-// to kMaxBerDepth levels. Returns the number of top-level elements.
+// to kMaxBerDepth levels, and that no integer or unsigned of a data set is
+// empty. Returns the number of top-level elements.
 std::uint32_t validateBerSequence(const std::uint8_t* data, std::size_t size);
 
 // Big-endian unsigned value of 1..8 bytes; throws MalformedFrame otherwise.

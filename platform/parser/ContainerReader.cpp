@@ -6,6 +6,19 @@
 
 namespace TavIec61850Parser {
 
+std::uint32_t linkTypeAt(const LinkLayout& layout, std::uint64_t offset,
+                         std::uint32_t interfaceId) {
+    const SectionLinkTypes* section = nullptr;
+    for (const SectionLinkTypes& s : layout) {
+        if (s.start > offset)
+            break;
+        section = &s;
+    }
+    if (!section || interfaceId >= section->linkTypes.size())
+        return kLinkTypeEthernet;
+    return section->linkTypes[interfaceId];
+}
+
 std::unique_ptr<ContainerReader> openContainer(const std::string& path, const std::uint8_t* data,
                                                std::size_t size) {
     if (size == 0)

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace TavIec61850Parser {
 
@@ -20,6 +21,18 @@ struct FrameRecord {
     std::uint32_t linkType = 0;
 };
 
+// The link type of each interface of one pcapng section, by the byte where
+// the section begins: what a frame read again by offset needs to know.
+struct SectionLinkTypes {
+    std::uint64_t start = 0;
+    std::vector<std::uint32_t> linkTypes;
+};
+using LinkLayout = std::vector<SectionLinkTypes>;
+
+// The link type of interface `interfaceId` for the block at `offset`;
+// Ethernet when the layout does not say.
+std::uint32_t linkTypeAt(const LinkLayout& layout, std::uint64_t offset, std::uint32_t interfaceId);
+
 // Yields the frame records of one capture file in file order. A cut-short or
 // corrupt record throws ParseError naming the file and the byte.
 class ContainerReader {
@@ -31,6 +44,8 @@ public:
     virtual std::size_t position() const = 0;
     // "pcap-us", "pcap-ns" or "pcapng".
     virtual const char* format() const = 0;
+    // The pcapng sections read so far; empty for pcap, whose header says all.
+    virtual LinkLayout linkLayout() const { return {}; }
 };
 
 // Picks the reader by magic number. Throws ParseError for an empty file or one

@@ -13,6 +13,7 @@ inline constexpr std::uint16_t kEtherTypeGoose = 0x88B8;
 struct EthernetFrame {
     const std::uint8_t* dst = nullptr;
     const std::uint8_t* src = nullptr;
+    bool dstKnown = true;        // false for a link layer that does not carry it
     std::uint16_t etherType = 0; // 0 for an 802.3 length-field frame
     const std::uint8_t* payload = nullptr;
     std::size_t payloadSize = 0; // to the end of the frame, PRP trailer excluded
@@ -40,5 +41,9 @@ bool decodeEthernet(const std::uint8_t* frame, std::size_t size, EthernetFrame& 
 
 // "aa:bb:cc:dd:ee:ff".
 void formatMac(const std::uint8_t* mac, char out[18]);
+
+// How an address the capture does not hold is shown: the shape of a MAC
+// with no digit in it, so that nobody takes it for a real one.
+inline constexpr const char* kUnknownMac = "??:??:??:??:??:??";
 
 } // namespace TavIec61850Parser

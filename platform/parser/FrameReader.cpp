@@ -1,6 +1,9 @@
 #include "platform/parser/FrameReader.h"
 
+#include "platform/gzip/GzipCache.h"
+#include "platform/parser/CookedLinkLayer.h"
 #include "platform/parser/FileRegistry.h"
+#include "platform/parser/InflatedCapture.h"
 #include "platform/parser/ParseError.h"
 #include "platform/parser/PcapReader.h"
 #include "platform/parser/PcapngReader.h"
@@ -27,6 +30,10 @@ struct OpenCapture {
     FileVersion version; // a file rewritten in place keeps its inode
     int fd = -1;
     std::optional<PcapHeader> pcap; // empty for pcapng
+    LinkLayout links;               // pcapng only
+    std::uint64_t dataSize = 0;     // of the file, or of a compressed file's inflated copy
+    std::uint8_t head[kPcapFileHeaderSize] = {};
+    std::size_t headSize = 0;
 
     ~OpenCapture() { close(); }
     void close() {
@@ -49,6 +56,20 @@ void readExactly(const OpenCapture& f, void* to, std::size_t n, std::uint64_t at
         noFrame(f.path, at);
 }
 
+// Opens the bytes the frames are read from: the file, or the inflated copy of
+// a compressed one. The header read tells which.
+void openFrames(OpenCapture& f, const std::string& from) {
+    f.fd = ::open(from.c_str(), O_RDONLY | O_CLOEXEC);
+    if (f.fd < 0)
+        throw ParseError(f.path, std::string("cannot open: ") + std::strerror(errno));
+    struct stat st {};
+    if (::fstat(f.fd, &st) != 0)
+        throw ParseError(f.path, std::string("cannot read: ") + std::strerror(errno));
+    f.dataSize = static_cast<std::uint64_t>(st.st_size);
+    ssize_t got = ::pread(f.fd, f.head, sizeof f.head, 0);
+    f.headSize = got < 0 ? 0 : static_cast<std::size_t>(got);
+}
+
 OpenCapture& openCapture(const std::string& path, const struct stat& st,
                          const FileVersion& version) {
     thread_local OpenCapture f;
@@ -56,22 +77,40 @@ OpenCapture& openCapture(const std::string& path, const struct stat& st,
         f.version == version)
         return f;
     f.close();
-    f.fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (f.fd < 0)
-        throw ParseError(path, std::string("cannot open: ") + std::strerror(errno));
     f.path = path;
+    try {
+        openFrames(f, path);
+        if (TavGzip::isGzip(f.head, f.headSize)) {
+            ::close(f.fd);
+            f.fd = -1;
+            openFrames(f, inflatedCopy(path, version));
+        }
+    } catch (...) {
+        f.close();
+        throw;
+    }
     f.device = st.st_dev;
     f.inode = st.st_ino;
     f.version = version;
-    std::uint8_t head[kPcapFileHeaderSize] = {};
-    ssize_t got = ::pread(f.fd, head, sizeof head, 0);
-    f.pcap =
-        got == static_cast<ssize_t>(sizeof head) ? readPcapHeader(head, sizeof head) : std::nullopt;
-    if (!f.pcap && (got < 4 || ByteReader::load32(head, false) != kBlockSectionHeader)) {
+    f.links = FileRegistry::links(path);
+    f.pcap = f.headSize == sizeof f.head ? readPcapHeader(f.head, sizeof f.head) : std::nullopt;
+    if (!f.pcap && (f.headSize < 4 || ByteReader::load32(f.head, false) != kBlockSectionHeader)) {
         f.close();
         throw ParseError(path, "not a pcap or pcapng file");
     }
     return f;
+}
+
+// A cooked frame is handed out as the Ethernet frame it stands for, so that
+// every reader of frames decodes one link layer only.
+void asEthernet(const OpenCapture& f, std::uint32_t linkType, std::uint64_t offset,
+                std::vector<std::uint8_t>& buffer) {
+    if (!isCookedLinkType(linkType))
+        return;
+    thread_local std::vector<std::uint8_t> rewritten;
+    if (!cookedToEthernet(linkType, buffer.data(), buffer.size(), rewritten))
+        noFrame(f.path, offset);
+    buffer.swap(rewritten);
 }
 
 // Bytes read with a record header in the same call: enough for any frame of
@@ -101,10 +140,11 @@ void readPcapRecord(const OpenCapture& f, std::uint64_t offset, std::uint64_t fi
     const std::size_t ahead = static_cast<std::size_t>(got) - kPcapRecordHeaderSize;
     if (captured <= ahead) {
         buffer.assign(chunk + kPcapRecordHeaderSize, chunk + kPcapRecordHeaderSize + captured);
-        return;
+    } else {
+        buffer.resize(captured);
+        readExactly(f, buffer.data(), captured, offset + kPcapRecordHeaderSize);
     }
-    buffer.resize(captured);
-    readExactly(f, buffer.data(), captured, offset + kPcapRecordHeaderSize);
+    asEthernet(f, f.pcap->linkType, offset, buffer);
 }
 
 void readPcapngBlock(const OpenCapture& f, std::uint64_t offset, std::uint64_t fileSize,
@@ -128,6 +168,7 @@ void readPcapngBlock(const OpenCapture& f, std::uint64_t offset, std::uint64_t f
     try {
         PacketBlockFrame frame = packetBlockFrame(block.data(), length, type, *big);
         buffer.assign(frame.data, frame.data + frame.size);
+        asEthernet(f, linkTypeAt(f.links, offset, frame.interfaceId), offset, buffer);
     } catch (const MalformedFrame&) {
         noFrame(f.path, offset);
     }
@@ -138,7 +179,7 @@ void readPcapngBlock(const OpenCapture& f, std::uint64_t offset, std::uint64_t f
 namespace {
 
 // The open file, after making sure it is still the one that was parsed.
-std::pair<const OpenCapture*, FileVersion> openUnchanged(const std::string& path) {
+const OpenCapture& openUnchanged(const std::string& path) {
     struct stat st {};
     if (::stat(path.c_str(), &st) != 0)
         throw ParseError(path, "the file is gone");
@@ -146,25 +187,23 @@ std::pair<const OpenCapture*, FileVersion> openUnchanged(const std::string& path
                           st.st_mtim.tv_sec * 1'000'000'000LL + st.st_mtim.tv_nsec};
     if (auto parsed = FileRegistry::lookup(path); parsed && !(*parsed == now))
         throw ParseError(path, "the file has changed since it was parsed");
-    return {&openCapture(path, st, now), now};
+    return openCapture(path, st, now);
 }
 
-void readAt(const OpenCapture& f, const FileVersion& now, std::uint64_t offset,
-            std::vector<std::uint8_t>& buffer) {
-    if (offset >= now.size)
+void readAt(const OpenCapture& f, std::uint64_t offset, std::vector<std::uint8_t>& buffer) {
+    if (offset >= f.dataSize)
         noFrame(f.path, offset);
     if (f.pcap)
-        readPcapRecord(f, offset, now.size, buffer);
+        readPcapRecord(f, offset, f.dataSize, buffer);
     else
-        readPcapngBlock(f, offset, now.size, buffer);
+        readPcapngBlock(f, offset, f.dataSize, buffer);
 }
 
 } // namespace
 
 void FrameReader::read(const std::string& path, std::uint64_t offset,
                        std::vector<std::uint8_t>& buffer) {
-    const auto [f, now] = openUnchanged(path);
-    readAt(*f, now, offset, buffer);
+    readAt(openUnchanged(path), offset, buffer);
 }
 
 void FrameReader::readEach(
@@ -172,10 +211,10 @@ void FrameReader::readEach(
     const std::function<void(std::size_t, std::vector<std::uint8_t>&)>& use) {
     if (offsets.empty())
         return;
-    const auto [f, now] = openUnchanged(path);
+    const OpenCapture& f = openUnchanged(path);
     thread_local std::vector<std::uint8_t> buffer;
     for (std::size_t i = 0; i < offsets.size(); ++i) {
-        readAt(*f, now, offsets[i], buffer);
+        readAt(f, offsets[i], buffer);
         use(i, buffer);
     }
 }

@@ -18,6 +18,7 @@ struct FileStats {
     std::uint64_t gooseFrames = 0;     // well-formed GOOSE frames
     std::uint64_t malformedFrames = 0; // SV or GOOSE frames that could not be decoded
     std::uint64_t otherFrames = 0;     // other EtherTypes, 802.3 frames, other link types
+    bool compressed = false;           // gzip, read through its inflated copy
 };
 
 class PcapParser {
@@ -34,6 +35,10 @@ public:
     static void parseFile(const std::string& path, Db& db, const Filter& filter,
                           const std::atomic<bool>& cancel, std::function<void(double)> progress,
                           FileStats& stats);
+
+    // The file's entry is gone: drops what was kept to read its frames again,
+    // the inflated copy of a compressed file included.
+    static void forgetFile(const std::string& path);
 };
 
 } // namespace TavIec61850Parser

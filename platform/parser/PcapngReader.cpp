@@ -94,6 +94,7 @@ void PcapngReader::readSectionHeader(std::size_t at) {
     else
         fail("corrupt section header", at);
     interfaces_.clear();
+    sections_.push_back({at, {}});
 }
 
 void PcapngReader::readInterface(ByteReader body, std::size_t at) {
@@ -120,6 +121,7 @@ void PcapngReader::readInterface(ByteReader body, std::size_t at) {
         fail("corrupt interface block", at);
     }
     interfaces_.push_back(itf);
+    sections_.back().linkTypes.push_back(itf.linkType);
 }
 
 Timest PcapngReader::toTime(const Interface& itf, std::uint64_t ticks) const {

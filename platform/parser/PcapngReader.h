@@ -38,6 +38,7 @@ public:
     bool next(FrameRecord& out) override;
     std::size_t position() const override { return in_.position(); }
     const char* format() const override { return "pcapng"; }
+    LinkLayout linkLayout() const override { return sections_; }
 
 private:
     struct Interface {
@@ -56,6 +57,7 @@ private:
     ByteReader in_;
     bool bigEndian_ = false;
     std::vector<Interface> interfaces_;
+    LinkLayout sections_;
     Timest lastTime_;
 };
 

@@ -16,7 +16,7 @@ std::string mac(const std::uint8_t* p) {
 
 template <class Stream> void fillEthernet(Stream& s, const EthernetFrame& eth) {
     s.srcMac = mac(eth.src);
-    s.dstMac = mac(eth.dst);
+    s.dstMac = eth.dstKnown ? mac(eth.dst) : kUnknownMac;
     if (eth.vlanCount > 0) {
         VlanTag tag;
         tag.id = eth.vlanId;
@@ -60,7 +60,9 @@ StreamIndex::StreamIndex(Db& db, const Filter& filter, std::string path)
 
 void StreamIndex::putEthernet(RawKey& key, char kind, const EthernetFrame& eth,
                               std::uint16_t appId) {
-    key.put(&kind, 1);
+    // An unknown destination's zero bytes must not pass for a real address.
+    const char kindAndLink = eth.dstKnown ? kind : static_cast<char>(kind | 0x20);
+    key.put(&kindAndLink, 1);
     key.put(eth.dst, 12); // destination and source, adjacent in the frame
     std::uint8_t hasVlan = eth.vlanCount > 0;
     key.put(&hasVlan, 1);
@@ -88,6 +90,7 @@ std::size_t StreamIndex::remember(const RawKey& key, const PackageFile* file) {
     s.key.size = key.size;
     std::memcpy(s.key.bytes.data(), key.bytes.data(), key.size);
     s.file = file;
+    s.sv = nullptr;
     s.used = true;
     s.frame.clear();
     s.next = kNone;
@@ -117,11 +120,26 @@ const PackageFile* StreamIndex::svTarget(const EthernetFrame& eth, const SvFrame
     s.confRev = sv.first.confRev;
     s.datSet.assign(sv.first.datSet);
     s.valuesPerAsdu = static_cast<std::uint32_t>(sv.first.valueCount());
+    s.seqDataBytes = static_cast<std::uint32_t>(sv.first.seqDataSize);
     s.asdusPerFrame = sv.asduCount;
     if (!filter_.keep.sv || !listed(filter_.svIdentifiers, s.identifier()))
         return nullptr;
     auto it = db_.svProto.svs.insert(std::move(s)).first;
+    if (it->asduSvIds.empty())
+        it->asduSvIds.emplace_back(sv.first.svId);
+    lastSvStream_ = &*it;
     return fileOf(it->files);
+}
+
+// Only frames whose ASDUs disagree on the svID get here, and they are rare:
+// a frame that matches its stream's template repeats the svIDs already seen.
+void StreamIndex::noteSvIds(const Sv& stream, const EthernetFrame& eth) {
+    std::vector<ASDUData> asdus;
+    decodeSvApdu(eth.payload, eth.payloadSize, &asdus);
+    for (const ASDUData& a : asdus)
+        if (std::find(stream.asduSvIds.begin(), stream.asduSvIds.end(), a.svId) ==
+            stream.asduSvIds.end())
+            stream.asduSvIds.push_back(a.svId);
 }
 
 const PackageFile* StreamIndex::gooseTarget(const EthernetFrame& eth, const GooseFrameView& g) {
@@ -134,6 +152,7 @@ const PackageFile* StreamIndex::gooseTarget(const EthernetFrame& eth, const Goos
     s.goId.assign(g.goId);
     s.confRev = static_cast<std::uint32_t>(g.confRev);
     s.entries = g.entries;
+    s.numDatSetEntries = g.numDatSetEntries;
     if (!filter_.keep.goose || !listed(filter_.gooseIdentifiers, s.identifier()))
         return nullptr;
     auto it = db_.gooseProto.gooses.insert(std::move(s)).first;
@@ -178,8 +197,16 @@ void StreamIndex::addSv(const EthernetFrame& eth, const SvFrameView& sv, const P
     putEthernet(key, 'S', eth, sv.header.appId);
     key.put(&sv.first.confRev, sizeof sv.first.confRev);
     key.putText(sv.first.svId);
+    lastSvStream_ = nullptr;
     std::size_t slot = file(key, p, [&] { return svTarget(eth, sv); });
-    if (slot == kNone)
+    if (slot != kNone && lastSvStream_)
+        slots_[slot].sv = lastSvStream_;
+    const Sv* stream = slot != kNone ? slots_[slot].sv : lastSvStream_;
+    if (sv.mixedSvIds && stream)
+        noteSvIds(*stream, eth);
+    // A rewritten cooked frame's template would also match an Ethernet frame
+    // sent to the all-zero address, so such frames are always decoded.
+    if (slot == kNone || !eth.dstKnown)
         return;
     VaryingBytes varying = sv.varying;
     if (eth.hsrSequenceAt)

@@ -51,6 +51,7 @@ private:
     struct Slot {
         RawKey key;
         const PackageFile* file = nullptr; // null: the filter drops this stream
+        const Sv* sv = nullptr;            // SV only, for the svIDs its ASDUs carry
         bool used = false;
         FrameTemplate frame;      // SV only
         std::size_t next = kNone; // the slot whose frame came after this one's last time
@@ -63,6 +64,7 @@ private:
     const PackageFile* svTarget(const EthernetFrame& eth, const SvFrameView& sv);
     const PackageFile* gooseTarget(const EthernetFrame& eth, const GooseFrameView& goose);
     const PackageFile* fileOf(PackageFiles& files);
+    static void noteSvIds(const Sv& stream, const EthernetFrame& eth);
     // Appends the package to the key's file; the slot used, or kNone.
     template <class MakeTarget>
     std::size_t file(const RawKey& key, const Package& p, MakeTarget makeTarget);
@@ -73,6 +75,7 @@ private:
     std::array<Slot, kSlots> slots_{};
     std::size_t lastSlot_ = 0;
     std::size_t lastSv_ = kNone;
+    const Sv* lastSvStream_ = nullptr; // the stream svTarget made or found last
     std::vector<const PackageFile*> touched_;
 };
 

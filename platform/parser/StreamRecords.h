@@ -64,7 +64,10 @@ struct Sv : EthernetPart {
     std::uint32_t confRev = 0;
     std::string datSet;
     std::uint32_t valuesPerAsdu = 0; // seqData length / 8 in the first ASDU
+    std::uint32_t seqDataBytes = 0;  // seqData length in the first ASDU
     std::uint32_t asdusPerFrame = 0; // noASDU of the first frame
+    // Every svID seen in the stream's ASDUs, the first ASDU's first.
+    mutable std::vector<std::string> asduSvIds;
     mutable PackageFiles files;
 
     TavIec61850::SvIdentifer identifier() const;
@@ -83,7 +86,8 @@ struct Goose : EthernetPart {
     std::string datSet;
     std::string goId;
     std::uint32_t confRev = 0;
-    std::uint32_t entries = 0; // top-level allData elements of the first frame
+    std::uint32_t entries = 0;          // top-level allData elements of the first frame
+    std::uint64_t numDatSetEntries = 0; // what the first frame declares; may differ
     mutable PackageFiles files;
 
     TavIec61850::GooseIdentifer identifier() const;

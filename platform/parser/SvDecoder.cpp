@@ -82,8 +82,6 @@ SvAsduView decodeAsdu(const BerElement& asdu, VaryingBytes& varying) {
             v.counters.hasSmpRate = 1;
             break;
         case kSeqData:
-            if (e.length % 8 != 0)
-                malformed("seqData is not 8 bytes per channel");
             v.seqData = e.value;
             v.seqDataSize = e.length;
             varying.add(e.value, e.length);
@@ -127,8 +125,8 @@ ASDUData copyOut(const SvAsduView& v) {
 
 } // namespace
 
-SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size,
-                         std::vector<ASDUData>* all) {
+SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size, std::vector<ASDUData>* all,
+                         SeqDataRests* rests) {
     SvFrameView frame;
     frame.header = decodeApduHeader(payload, size);
     BerReader outer(frame.header.pdu, frame.header.pduSize);
@@ -152,8 +150,12 @@ SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size,
         SvAsduView v = decodeAsdu(asdus.expect(0x30, "ASDU"), frame.varying);
         if (frame.asduCount == 0)
             frame.first = v;
+        else if (v.svId != frame.first.svId)
+            frame.mixedSvIds = true;
         if (all)
             all->push_back(copyOut(v));
+        if (rests)
+            rests->emplace_back(v.seqData + 8 * v.valueCount(), v.seqData + v.seqDataSize);
         ++frame.asduCount;
     }
     if (frame.asduCount != declared)

@@ -21,8 +21,9 @@ struct SvAsduView {
     const std::uint8_t* gmIdentity = nullptr;
     std::size_t gmIdentitySize = 0;
     const std::uint8_t* seqData = nullptr;
-    std::size_t seqDataSize = 0; // a multiple of 8
+    std::size_t seqDataSize = 0; // any length: data sets other than 9-2LE exist
 
+    // Complete 8-byte entries; the bytes after them are kept, not interpreted.
     std::size_t valueCount() const { return seqDataSize / 8; }
 };
 
@@ -32,12 +33,14 @@ struct SvFrameView {
     ApduHeader header;
     std::uint32_t asduCount = 0;
     SvAsduView first;
+    bool mixedSvIds = false; // some ASDU carries an svID other than the first's
     VaryingBytes varying;
 };
 
 // Decodes and checks a whole SV APDU (the bytes after the EtherType). When
-// `all` is given, every ASDU is also copied out into it. Throws MalformedFrame.
+// `all` is given, every ASDU is also copied out into it, and when `rests` is,
+// each ASDU's seqData bytes after its values. Throws MalformedFrame.
 SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size,
-                         std::vector<ASDUData>* all = nullptr);
+                         std::vector<ASDUData>* all = nullptr, SeqDataRests* rests = nullptr);
 
 } // namespace TavIec61850Parser

@@ -7,25 +7,42 @@
 
 namespace TavIec61850Parser {
 
-std::vector<ASDUData> SvParser::parseASDUFromFrame(const std::uint8_t* frame, std::size_t size) {
+std::vector<ASDUData> SvParser::parseASDUFromFrame(const std::uint8_t* frame, std::size_t size,
+                                                   SeqDataRests* rests) {
     EthernetFrame eth;
     if (!decodeEthernet(frame, size, eth) || eth.etherType != kEtherTypeSv)
         throw MalformedFrame("not an SV frame");
     std::vector<ASDUData> asdus;
-    decodeSvApdu(eth.payload, eth.payloadSize, &asdus);
+    decodeSvApdu(eth.payload, eth.payloadSize, &asdus, rests);
     return asdus;
 }
 
-std::vector<ASDUData> SvParser::parseASDUFromFile(const std::string& path,
-                                                  unsigned long long offset) {
+namespace {
+
+std::vector<ASDUData> readAndDecode(const std::string& path, unsigned long long offset,
+                                    SeqDataRests* rests) {
     thread_local std::vector<std::uint8_t> buffer;
     FrameReader::read(path, offset, buffer);
     try {
-        return parseASDUFromFrame(buffer.data(), buffer.size());
+        return SvParser::parseASDUFromFrame(buffer.data(), buffer.size(), rests);
     } catch (const MalformedFrame& e) {
         throw ParseError(path,
                          "no SV frame at byte " + std::to_string(offset) + " (" + e.what() + ")");
     }
+}
+
+} // namespace
+
+std::vector<ASDUData> SvParser::parseASDUFromFile(const std::string& path,
+                                                  unsigned long long offset) {
+    return readAndDecode(path, offset, nullptr);
+}
+
+std::vector<ASDUData> SvParser::parseASDUWithRestsFromFile(const std::string& path,
+                                                           unsigned long long offset,
+                                                           SeqDataRests& rests) {
+    rests.clear();
+    return readAndDecode(path, offset, &rests);
 }
 
 void SvParser::parseASDUsFromFile(

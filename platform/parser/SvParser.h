@@ -33,8 +33,12 @@ struct ASDUData {
     AsduCounters counters;
     std::vector<std::uint8_t> gmIdentity; // empty when absent
     std::uint64_t confRev = 0;
-    std::vector<SvValue> values; // in data-set order
+    std::vector<SvValue> values; // in data-set order, the complete 8-byte entries
 };
+
+// Per ASDU, the seqData bytes after its last complete 8-byte entry: a data set
+// that is not whole channels keeps them here, uninterpreted.
+using SeqDataRests = std::vector<std::vector<std::uint8_t>>;
 
 class SvParser {
 public:
@@ -50,9 +54,15 @@ public:
     parseASDUsFromFile(const std::string& path, const std::vector<std::uint64_t>& offsets,
                        const std::function<void(std::size_t, std::vector<ASDUData>&)>& use);
 
+    // The same, also giving each ASDU's seqData bytes beyond its values.
+    static std::vector<ASDUData> parseASDUWithRestsFromFile(const std::string& path,
+                                                            unsigned long long offset,
+                                                            SeqDataRests& rests);
+
     // Decodes every ASDU of one Ethernet frame. Throws MalformedFrame when the
     // bytes are not a well-formed SV frame.
-    static std::vector<ASDUData> parseASDUFromFrame(const std::uint8_t* frame, std::size_t size);
+    static std::vector<ASDUData> parseASDUFromFrame(const std::uint8_t* frame, std::size_t size,
+                                                    SeqDataRests* rests = nullptr);
 };
 
 } // namespace TavIec61850Parser

@@ -54,5 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             rereadEnds(f, [](const std::string& p, std::uint64_t o) {
                 GooseParser::parseBooleanValues(GooseParser::parseGoosePDUFromFile(p, o).data);
             });
+    // Compressed input leaves an inflated copy in the cache folder otherwise.
+    PcapParser::forgetFile(path);
     return 0;
 }

@@ -4,6 +4,7 @@
 #include "platform/parser/GooseParser.h"
 #include "platform/parser/PcapParser.h"
 #include "platform/parser/SvParser.h"
+#include "tests/support/Csv.h"
 #include "tests/support/Json.h"
 #include "tests/support/TestCaptures.h"
 
@@ -34,18 +35,7 @@ ToolResult runTool(const char* envName, std::vector<std::string> args) {
     return r;
 }
 
-// The inspector writes CSV without quoting.
-std::vector<std::vector<std::string>> parseCsv(const std::string& text) {
-    std::vector<std::vector<std::string>> rows;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) {
-        std::istringstream cells(line);
-        rows.emplace_back();
-        for (std::string cell; std::getline(cells, cell, ',');)
-            rows.back().push_back(cell);
-    }
-    return rows;
-}
+using TavTest::parseCsv;
 
 struct ExitCase {
     const char* name;
@@ -62,6 +52,13 @@ std::ostream& operator<<(std::ostream& os, const ExitCase& c) {
 std::string notACapture() {
     const std::string path = TavTest::tempDir() + "/notes.pcap";
     std::ofstream(path) << "these are notes, not packets\n";
+    return path;
+}
+
+// gzip's magic and method, then bytes that inflate to nothing.
+std::string brokenGzip() {
+    const std::string path = TavTest::tempDir() + "/broken.pcap.gz";
+    std::ofstream(path, std::ios::binary) << "\x1f\x8b\x08\x00garbage that is not deflate";
     return path;
 }
 
@@ -105,6 +102,12 @@ std::vector<ExitCase> exitCases() {
         {"gen_bad_time", "TAVNA_GEN", {"x.pcap", "--start", "-5"}, 2, "--start"},
         {"gen_missing_value", "TAVNA_GEN", {"x.pcap", "--sv"}, 2, "--sv"},
         {"gen_unwritable", "TAVNA_GEN", {unwritable, "--sv", "1"}, 1, unwritable},
+        {"gen_bad_link", "TAVNA_GEN", {"x.pcap", "--link", "ppp"}, 2, "--link"},
+        {"gen_seqdata_too_long",
+         "TAVNA_GEN",
+         {"x.pcap", "--seqdata-bytes", "2000"},
+         2,
+         "--seqdata-bytes"},
         {"gen_help", "TAVNA_GEN", {"--help"}, 0, ""},
         {"inspect_without_files", "TAVNA_INSPECT", {}, 2, "usage"},
         {"inspect_unknown_option", "TAVNA_INSPECT", {"--fast", small}, 2, "usage"},
@@ -116,6 +119,7 @@ std::vector<ExitCase> exitCases() {
          "no stream 1"},
         {"inspect_missing_file", "TAVNA_INSPECT", {small, missing}, 1, missing},
         {"inspect_not_a_capture", "TAVNA_INSPECT", {notes}, 1, notes},
+        {"inspect_broken_gzip", "TAVNA_INSPECT", {brokenGzip()}, 1, "compressed data"},
         {"inspect_ok", "TAVNA_INSPECT", {small}, 0, ""},
         {"inspect_help", "TAVNA_INSPECT", {"--help"}, 0, ""},
         {"inspect_read_in_part", "TAVNA_INSPECT", {small, cut}, 3, cut + ": truncated"},

@@ -5,17 +5,30 @@
 
 namespace TavGen {
 
+std::uint32_t linkTypeNumber(LinkLayer link) {
+    switch (link) {
+    case LinkLayer::LinuxSll:
+        return 113;
+    case LinkLayer::LinuxSll2:
+        return 276;
+    case LinkLayer::Ethernet:
+        break;
+    }
+    return 1;
+}
+
 std::unique_ptr<CaptureWriter> CaptureWriter::create(const std::string& path, Container container,
-                                                     bool bigEndian) {
+                                                     bool bigEndian, LinkLayer link) {
+    const std::uint32_t type = linkTypeNumber(link);
     switch (container) {
     case Container::Pcap:
-        return std::make_unique<PcapWriter>(path, bigEndian, false);
+        return std::make_unique<PcapWriter>(path, bigEndian, false, type);
     case Container::PcapNs:
-        return std::make_unique<PcapWriter>(path, bigEndian, true);
+        return std::make_unique<PcapWriter>(path, bigEndian, true, type);
     case Container::Pcapng:
-        return std::make_unique<PcapngWriter>(path, bigEndian, false);
+        return std::make_unique<PcapngWriter>(path, bigEndian, false, type);
     case Container::PcapngNs:
-        return std::make_unique<PcapngWriter>(path, bigEndian, true);
+        return std::make_unique<PcapngWriter>(path, bigEndian, true, type);
     }
     return nullptr;
 }

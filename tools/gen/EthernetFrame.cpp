@@ -29,7 +29,9 @@ FrameLayout buildEthernetFrame(std::vector<std::uint8_t>& out, const Mac& dst, c
     out.insert(out.end(), src.begin(), src.end());
     if (tagging.vlanId) {
         push16(out, kVlan);
-        push16(out, static_cast<std::uint16_t>((kVlanPriority << 13) | (*tagging.vlanId & 0x0FFF)));
+        const std::uint16_t dei = tagging.dropEligible ? 0x1000 : 0;
+        push16(out, static_cast<std::uint16_t>((kVlanPriority << 13) | dei |
+                                               (*tagging.vlanId & 0x0FFF)));
     }
     if (tagging.hsrLine) {
         push16(out, kHsr);

@@ -14,6 +14,7 @@ using Mac = std::array<std::uint8_t, 6>;
 // How SV and GOOSE frames are carried on the wire.
 struct Tagging {
     std::optional<std::uint16_t> vlanId;
+    bool dropEligible = false;   // the DEI bit of the VLAN tag
     std::optional<char> hsrLine; // 'A' or 'B'
     std::optional<char> prpLine; // 'A' or 'B'
 };

@@ -1,5 +1,6 @@
 #include "tools/gen/GenOptions.h"
 
+#include "tools/gen/CaptureVariants.h"
 #include "tools/gen/StreamNaming.h"
 
 #include <algorithm>
@@ -32,6 +33,7 @@ struct RawOptions {
     std::uint64_t other = 0;
     std::vector<Fault> svFaults, gooseFaults;
     bool lanPairs = false;
+    CaptureVariants variants;
 };
 
 unsigned parseCount(const std::string& option, const std::string& text, unsigned low,
@@ -82,6 +84,8 @@ std::uint64_t parseTime(const std::string& option, const std::string& text) {
 
 // Applies one option that takes a value; an unknown name is a usage error.
 void applyValue(RawOptions& o, const std::string& name, const std::string& v) {
+    if (applyVariantValue(o.variants, name, v))
+        return;
     if (name == "--format")
         o.format = v;
     else if (name == "--start")
@@ -177,6 +181,7 @@ Scenario toScenario(const RawOptions& o) {
         }
         s.goose.push_back(std::move(c));
     }
+    applyVariants(o.variants, s);
     return s;
 }
 
@@ -217,6 +222,8 @@ GenRequest parseArguments(const std::vector<std::string>& args) {
             raw.lanPairs = true;
         } else if (a == "--unsynchronised") {
             raw.unsynchronised = true;
+        } else if (applyVariantFlag(raw.variants, a)) {
+            // taken by the call
         } else if (a.rfind("--", 0) == 0) {
             if (i + 1 >= args.size())
                 throw UsageError(a + " needs a value");
@@ -259,6 +266,14 @@ const char* usageText() {
   --unsynchronised                         smpSynch 0 in SV (not synchronised)
   --other N                                N IPv4 frames spread over the duration [0]
   --prp-pairs                              every frame on LAN A and again on LAN B
+  --seqdata-bytes N                        seqData of N bytes in every ASDU [8 x C]
+  --distinct-svids                         ASDU k > 0 of a frame carries svID/k, all
+                                           ASDUs the same sample: a frame per sample
+  --empty-integer                          a GOOSE entry: integer of no octets
+  --declared-entries N                     numDatSetEntries sent [the entries]
+  --vlan-dei                               DEI bit set in the VLAN tag
+  --link ethernet|sll|sll2                 link layer: Linux cooked v1, v2 [ethernet]
+  --gzip                                   write the capture gzip-compressed
   --sv-fault F --goose-fault F             (repeatable) a fault in every SV or GOOSE
                                            stream: KIND[:VALUE]@SEC[xCOUNT] with KIND
                                            drop, repeat, reorder, pause:SEC, lose-a,

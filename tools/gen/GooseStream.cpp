@@ -72,7 +72,8 @@ std::span<const std::uint8_t> GooseStream::frame() {
     ber.putBool(0x87, config_.simulation);
     ber.putInteger(0x88, config_.confRev);
     ber.putBool(0x89, false);
-    ber.putInteger(0x8A, static_cast<std::int64_t>(config_.entries.size()));
+    ber.putInteger(
+        0x8A, config_.declaredEntries.value_or(static_cast<std::uint32_t>(config_.entries.size())));
     const auto allData = ber.open(0xAB);
     for (std::size_t i = 0; i < config_.entries.size(); ++i) {
         const std::uint8_t v = i < state_->size() ? (*state_)[i] : 0;
@@ -84,6 +85,8 @@ std::span<const std::uint8_t> GooseStream::frame() {
             ber.putBytes(0x84, bits);
         }
     }
+    if (config_.emptyInteger)
+        ber.putBytes(0x85, {});
     ber.close(allData);
     ber.close(pdu);
     putBigEndian16(apdu_.data(), config_.appId);

@@ -4,6 +4,7 @@
 #include "tools/gen/Faults.h"
 #include "tools/gen/FrameSource.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,10 @@ struct GooseStreamConfig {
     std::vector<std::uint8_t> initial; // one value per entry
     std::vector<GooseChange> changes;  // in time order
     std::vector<Fault> faults;         // StNumBack acts here, the rest in FaultySource
+    // A last data-set entry that is an integer with no content octets.
+    bool emptyInteger = false;
+    // numDatSetEntries as sent, when it is to disagree with the entries.
+    std::optional<std::uint32_t> declaredEntries;
 };
 
 // The frames of one GOOSE publisher: a frame at the start and at each change,

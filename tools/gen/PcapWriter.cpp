@@ -6,18 +6,18 @@ namespace {
 constexpr std::uint32_t kMagicUs = 0xa1b2c3d4;
 constexpr std::uint32_t kMagicNs = 0xa1b23c4d;
 constexpr std::uint32_t kSnapLen = 65535;
-constexpr std::uint32_t kLinkEthernet = 1;
 } // namespace
 
-PcapWriter::PcapWriter(const std::string& path, bool bigEndian, bool nanoseconds)
-    : CaptureWriter(path, bigEndian), nanoseconds_(nanoseconds) {
+PcapWriter::PcapWriter(const std::string& path, bool bigEndian, bool nanoseconds,
+                       std::uint32_t linkType)
+    : CaptureWriter(path, bigEndian), nanoseconds_(nanoseconds), linkType_(linkType) {
     put32(nanoseconds ? kMagicNs : kMagicUs);
     put16(2);
     put16(4);
     put32(0); // thiszone
     put32(0); // sigfigs
     put32(kSnapLen);
-    put32(kLinkEthernet);
+    put32(linkType_);
 }
 
 void PcapWriter::writeFrame(std::uint64_t timeNs, std::span<const std::uint8_t> frame) {

@@ -8,7 +8,6 @@ constexpr std::uint32_t kInterface = 0x00000001;
 constexpr std::uint32_t kEnhancedPacket = 0x00000006;
 constexpr std::uint32_t kByteOrderMagic = 0x1A2B3C4D;
 constexpr std::uint16_t kOptTsResol = 9;
-constexpr std::uint16_t kLinkEthernet = 1;
 constexpr std::uint32_t kSnapLen = 65535;
 
 std::size_t pad4(std::size_t n) {
@@ -16,8 +15,9 @@ std::size_t pad4(std::size_t n) {
 }
 } // namespace
 
-PcapngWriter::PcapngWriter(const std::string& path, bool bigEndian, bool nanoseconds)
-    : CaptureWriter(path, bigEndian), nanoseconds_(nanoseconds) {
+PcapngWriter::PcapngWriter(const std::string& path, bool bigEndian, bool nanoseconds,
+                           std::uint32_t linkType)
+    : CaptureWriter(path, bigEndian), nanoseconds_(nanoseconds), linkType_(linkType) {
     writeSectionHeader();
     writeInterface();
 }
@@ -38,7 +38,7 @@ void PcapngWriter::writeInterface() {
     const std::uint32_t length = 20 + 8 + 4; // header, if_tsresol padded, end of options
     put32(kInterface);
     put32(length);
-    put16(kLinkEthernet);
+    put16(static_cast<std::uint16_t>(linkType_));
     put16(0);
     put32(kSnapLen);
     put16(kOptTsResol);

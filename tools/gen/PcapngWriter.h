@@ -8,7 +8,8 @@ namespace TavGen {
 // resolution, then an Enhanced Packet Block per frame.
 class PcapngWriter : public CaptureWriter {
 public:
-    PcapngWriter(const std::string& path, bool bigEndian, bool nanoseconds);
+    PcapngWriter(const std::string& path, bool bigEndian, bool nanoseconds,
+                 std::uint32_t linkType = 1);
 
     void writeFrame(std::uint64_t timeNs, std::span<const std::uint8_t> frame) override;
 
@@ -17,6 +18,7 @@ private:
     void writeInterface();
 
     bool nanoseconds_;
+    std::uint32_t linkType_;
 };
 
 } // namespace TavGen

@@ -1,5 +1,6 @@
 #include "tools/gen/Scenario.h"
 
+#include "tools/gen/CookedFrame.h"
 #include "tools/gen/FaultySource.h"
 #include "tools/gen/OtherFrames.h"
 
@@ -32,19 +33,23 @@ std::uint64_t writeCapture(const std::string& path, const Scenario& scenario) {
             queue.emplace(sources[i]->timeNs(), i);
     }
 
-    auto writer = CaptureWriter::create(path, scenario.container, scenario.bigEndian);
+    auto writer =
+        CaptureWriter::create(path, scenario.container, scenario.bigEndian, scenario.link);
+    std::vector<std::uint8_t> linkBuffer;
     std::uint64_t frames = 0;
     while (!queue.empty()) {
         const auto [time, i] = queue.top();
         queue.pop();
         FrameSource& source = *sources[i];
-        writer->writeFrame(time, source.frame());
+        writer->writeFrame(time, onLinkLayer(scenario.link, source.frame(), linkBuffer));
         ++frames;
         source.advance();
         if (!source.done())
             queue.emplace(source.timeNs(), i);
     }
     writer->close();
+    if (scenario.gzip)
+        gzipFile(path);
     return frames;
 }
 

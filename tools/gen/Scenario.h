@@ -20,6 +20,8 @@ struct Scenario {
     std::uint64_t otherFrames = 0;
     // Every frame on LAN A and again on LAN B (the streams carry a PRP trailer).
     bool lanPairs = false;
+    LinkLayer link = LinkLayer::Ethernet;
+    bool gzip = false; // the whole file compressed
 };
 
 // Writes the frames of every publisher, merged by time (ties in the order SV

@@ -8,11 +8,24 @@ namespace {
 constexpr std::uint16_t kSvEtherType = 0x88BA;
 constexpr std::uint16_t kSimulationBit = 0x8000;
 constexpr std::size_t kApduHeader = 8; // APPID, length, reserved 1 and 2
+
+SvStreamConfig withWholeEntries(SvStreamConfig config) {
+    if (config.seqDataBytes)
+        config.channels = *config.seqDataBytes / 8;
+    return config;
+}
+
 } // namespace
 
+std::string asduSvId(const SvStreamConfig& config, std::uint32_t index) {
+    if (!config.distinctSvIds || index == 0)
+        return config.svId;
+    return config.svId + "/" + std::to_string(index);
+}
+
 SvStream::SvStream(const SvStreamConfig& config, std::uint64_t startNs, std::uint64_t durationNs)
-    : config_(config), startNs_(startNs), durationNs_(durationNs), values_(config.channels),
-      qualityFrames_(config.faults.size(), 0) {
+    : config_(withWholeEntries(config)), startNs_(startNs), durationNs_(durationNs),
+      values_(config_.channels), qualityFrames_(config.faults.size(), 0) {
     buildTemplate();
 }
 
@@ -37,10 +50,12 @@ void SvStream::buildTemplate() {
     const auto savPdu = ber.open(0x60);
     ber.putInteger(0x80, config_.asdus);
     const auto seqAsdu = ber.open(0xA2);
-    const std::vector<std::uint8_t> zeros(8 * config_.channels, 0);
+    std::vector<std::uint8_t> zeros(config_.seqDataBytes.value_or(8 * config_.channels), 0);
+    for (std::size_t i = 8 * config_.channels; i < zeros.size(); ++i)
+        zeros[i] = restByte(i - 8 * config_.channels);
     for (std::uint32_t a = 0; a < config_.asdus; ++a) {
         const auto asdu = ber.open(0x30);
-        ber.putString(0x80, config_.svId);
+        ber.putString(0x80, asduSvId(config_, a));
         if (!config_.datSet.empty())
             ber.putString(0x81, config_.datSet);
         ber.putFixed(0x82, 0, 2);
@@ -65,22 +80,26 @@ void SvStream::buildTemplate() {
                                  apdu, 0);
 }
 
+std::uint64_t SvStream::samplesPerFrame() const {
+    return config_.distinctSvIds ? 1 : config_.asdus;
+}
+
 bool SvStream::done() const {
     // Frame k starts with sample k * asdus at k * asdus / rate seconds; the
     // comparison stays in integers so that no frame slips in or out by rounding.
-    const std::uint64_t firstSample = frameIndex_ * config_.asdus;
+    const std::uint64_t firstSample = frameIndex_ * samplesPerFrame();
     return firstSample * 1'000'000'000u >= durationNs_ * config_.rate;
 }
 
 std::uint64_t SvStream::timeNs() const {
-    const std::uint64_t firstSample = frameIndex_ * config_.asdus;
+    const std::uint64_t firstSample = frameIndex_ * samplesPerFrame();
     return startNs_ + firstSample * 1'000'000'000u / config_.rate;
 }
 
 std::span<const std::uint8_t> SvStream::frame() {
     std::uint8_t* apdu = frame_.data() + layout_.payloadOffset;
     for (std::uint32_t a = 0; a < config_.asdus; ++a) {
-        const std::uint64_t n = frameIndex_ * config_.asdus + a;
+        const std::uint64_t n = frameIndex_ * samplesPerFrame() + (config_.distinctSvIds ? 0 : a);
         putBigEndian16(apdu + slots_[a].smpCnt, static_cast<std::uint16_t>(n % config_.rate));
         config_.signal.sample(n, config_.rate, values_);
         std::uint8_t* seqData = apdu + slots_[a].seqData;
@@ -109,7 +128,8 @@ void SvStream::applyFaults(std::uint8_t* apdu) {
     }
     for (std::uint32_t a = 0; a < config_.asdus; ++a) {
         apdu[slots_[a].smpSynch] = synch;
-        putBigEndian32(apdu + slots_[a].seqData + 4, quality);
+        if (config_.channels > 0)
+            putBigEndian32(apdu + slots_[a].seqData + 4, quality);
     }
 }
 

@@ -5,6 +5,7 @@
 #include "tools/gen/FrameSource.h"
 #include "tools/gen/SvSignal.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,7 +21,13 @@ struct SvStreamConfig {
     std::uint32_t rate = 4000;  // samples per second
     std::uint32_t asdus = 1;    // per frame
     std::uint32_t channels = 8; // per ASDU
-    std::uint8_t smpSynch = 2;  // synchronised to a global clock
+    // seqData length when it is not 8 bytes a channel: the complete entries
+    // carry channels, the bytes after them a fixed pattern (restByte).
+    std::optional<std::uint32_t> seqDataBytes;
+    // ASDU k > 0 carries svId + "/" + k: a publisher of several logical
+    // streams, all ASDUs of a frame the same sample instant.
+    bool distinctSvIds = false;
+    std::uint8_t smpSynch = 2; // synchronised to a global clock
     bool simulation = false;
     Tagging tagging;
     SvSignal signal;
@@ -30,6 +37,14 @@ struct SvStreamConfig {
 // The frames of one SV publisher over [start, start + duration). The frame is
 // built once; each step rewrites only the counters, the samples and the
 // redundancy sequence number in place.
+// The byte at place i of a seqData's incomplete tail.
+inline std::uint8_t restByte(std::size_t i) {
+    return static_cast<std::uint8_t>(0xE0 + i % 16);
+}
+
+// The svID of ASDU `index` of a frame.
+std::string asduSvId(const SvStreamConfig& config, std::uint32_t index);
+
 class SvStream : public FrameSource {
 public:
     SvStream(const SvStreamConfig& config, std::uint64_t startNs, std::uint64_t durationNs);
@@ -46,6 +61,8 @@ private:
         std::size_t smpSynch = 0;
     };
 
+    // Samples of one svID a frame carries: each ASDU its own, or one for all.
+    std::uint64_t samplesPerFrame() const;
     void buildTemplate();
     void applyFaults(std::uint8_t* apdu);
 

@@ -23,6 +23,8 @@ void writeFiles(JsonWriter& json, const StreamTable& table) {
         json.string(table.paths()[i]);
         json.key("format");
         json.string(f.format);
+        json.key("gzip");
+        json.boolean(f.compressed);
         const std::pair<const char*, std::uint64_t> counts[] = {
             {"frames", f.frames},
             {"sv_frames", f.svFrames},
@@ -48,6 +50,13 @@ void writeKindFields(JsonWriter& json, const StreamRef& s) {
         json.number(static_cast<std::int64_t>(s.sv->valuesPerAsdu));
         json.key("asdus_per_frame");
         json.number(static_cast<std::int64_t>(s.sv->asdusPerFrame));
+        json.key("seqdata_bytes");
+        json.number(static_cast<std::int64_t>(s.sv->seqDataBytes));
+        json.key("svIDs");
+        json.beginArray();
+        for (const std::string& id : s.sv->asduSvIds)
+            json.string(id);
+        json.endArray();
         return;
     }
     json.key("gocbRef");
@@ -58,6 +67,8 @@ void writeKindFields(JsonWriter& json, const StreamRef& s) {
     json.string(s.goose->datSet);
     json.key("entries");
     json.number(static_cast<std::int64_t>(s.goose->entries));
+    json.key("numDatSetEntries");
+    json.number(static_cast<std::int64_t>(s.goose->numDatSetEntries));
 }
 
 } // namespace

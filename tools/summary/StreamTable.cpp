@@ -45,9 +45,15 @@ auto sortKey(const StreamRef& s) {
 
 } // namespace
 
+StreamTable::~StreamTable() {
+    for (const auto& path : opened_)
+        TavIec61850Parser::PcapParser::forgetFile(path);
+}
+
 void StreamTable::load(const std::vector<std::string>& paths) {
     const std::atomic<bool> cancel{false};
     for (const auto& path : paths) {
+        opened_.push_back(path);
         TavIec61850Parser::FileStats stats;
         try {
             TavIec61850Parser::PcapParser::parseFile(

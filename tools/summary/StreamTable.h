@@ -37,6 +37,12 @@ struct PlacedPackage {
 // identifier.
 class StreamTable {
 public:
+    StreamTable() = default;
+    // The inspector keeps no inflated copy of a compressed file after it ends.
+    ~StreamTable();
+    StreamTable(const StreamTable&) = delete;
+    StreamTable& operator=(const StreamTable&) = delete;
+
     // Parses the files in order. A file that cannot be read at all throws its
     // ParseError; one that breaks off after its header keeps what was read and
     // leaves a warning.
@@ -58,6 +64,7 @@ public:
 private:
     TavIec61850Parser::Db db_;
     std::vector<std::string> paths_;
+    std::vector<std::string> opened_; // paths_ and the one whose parse failed
     std::vector<TavIec61850Parser::FileStats> stats_;
     std::map<std::string, bool> nanosecondFiles_;
     std::vector<StreamRef> streams_;

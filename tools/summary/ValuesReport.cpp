@@ -9,18 +9,38 @@ namespace TavInspect {
 
 namespace {
 
+// seqData bytes that make no complete 8-byte entry, as lowercase hex.
+std::string hex(const std::vector<std::uint8_t>& bytes) {
+    static const char digits[] = "0123456789abcdef";
+    std::string text;
+    for (std::uint8_t b : bytes) {
+        text += digits[b >> 4];
+        text += digits[b & 0xF];
+    }
+    return text;
+}
+
 void writeSvRows(std::ostream& out, const StreamRef& stream, int decimals) {
+    // Only data sets that are not whole 8-byte entries get the column, so
+    // that ordinary streams keep their table.
+    const bool withRest = stream.sv->seqDataBytes % 8 != 0;
     out << "time,smpCnt";
     for (std::uint32_t c = 0; c < stream.sv->valuesPerAsdu; ++c)
         out << ",v" << c;
+    if (withRest)
+        out << ",rest";
     out << '\n';
+    TavIec61850Parser::SeqDataRests rests;
     for (const auto& placed : StreamTable::packagesInTimeOrder(stream)) {
         const std::string time = formatTime(placed.package.time, decimals);
-        for (const auto& asdu :
-             TavIec61850Parser::SvParser::parseASDUFromFile(*placed.path, placed.package.offset)) {
-            out << time << ',' << asdu.counters.smpCnt;
-            for (const auto& v : asdu.values)
+        const auto asdus = TavIec61850Parser::SvParser::parseASDUWithRestsFromFile(
+            *placed.path, placed.package.offset, rests);
+        for (std::size_t a = 0; a < asdus.size(); ++a) {
+            out << time << ',' << asdus[a].counters.smpCnt;
+            for (const auto& v : asdus[a].values)
                 out << ',' << v.value;
+            if (withRest)
+                out << ',' << hex(rests[a]);
             out << '\n';
         }
     }

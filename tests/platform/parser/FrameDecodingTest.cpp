@@ -131,18 +131,37 @@ TEST(SvFrames, malformedVariantsOfARealFrame) {
     lyingCount[14 + 8 + 4] = 3; // noASDU says 3
     Bytes longApdu = real;
     longApdu[17] += 1; // the APDU length claims one byte more than captured
-    Bytes oddSeqData = real;
-    oddSeqData[14 + 8 + 1] -= 1; // savPdu, seqASDU, ASDU and seqData lengths all one short
-    oddSeqData[14 + 8 + 6] -= 1;
-    oddSeqData[14 + 8 + 8] -= 1;
-    oddSeqData[0x5F - 40] -= 1;
     FileStats stats;
     parseFrames("badsv.pcap",
-                {malformed(lyingCount), malformed(longApdu), malformed(oddSeqData),
+                {malformed(lyingCount), malformed(longApdu),
                  malformed(Bytes(real.begin(), real.end() - 9))},
                 &stats);
-    EXPECT_EQ(stats.malformedFrames, 4u);
+    EXPECT_EQ(stats.malformedFrames, 3u);
     EXPECT_EQ(stats.svFrames, 0u);
+}
+
+TEST(SvFrames, seqDataOfAnyLengthKeepsItsCompleteEntriesAndTheRest) {
+    Bytes real = firstFrameOf("sv_gen_8streams_4000loops_novlan.pcap");
+    Bytes odd(real.begin(), real.end() - 1); // the last quality's last byte gone
+    odd[14 + 8 + 1] -= 1; // savPdu, seqASDU, ASDU and seqData lengths all one short
+    odd[14 + 8 + 6] -= 1;
+    odd[14 + 8 + 8] -= 1;
+    odd[0x5F - 40] -= 1;
+    odd[17] -= 1; // and the APDU
+    auto whole = SvParser::parseASDUFromFrame(real.data(), real.size());
+    SeqDataRests rests;
+    auto cut = SvParser::parseASDUFromFrame(odd.data(), odd.size(), &rests);
+    ASSERT_EQ(cut.size(), 1u);
+    ASSERT_EQ(cut[0].values.size(), 7u);
+    EXPECT_EQ(cut[0].values.back().value, whole[0].values[6].value);
+    ASSERT_EQ(rests.size(), 1u);
+    EXPECT_EQ(rests[0], Bytes(real.end() - 8, real.end() - 1));
+    FileStats stats;
+    Db db = parseFrames("oddsv.pcap", {odd}, &stats);
+    EXPECT_EQ(stats.svFrames, 1u);
+    ASSERT_EQ(db.svProto.getSvCount(), 1u);
+    EXPECT_EQ(db.svProto.svs.begin()->valuesPerAsdu, 7u);
+    EXPECT_EQ(db.svProto.svs.begin()->seqDataBytes, 63u);
 }
 
 TEST(GooseFrames, realRelayFrameToText) {
