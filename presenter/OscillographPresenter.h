@@ -7,6 +7,7 @@
 #include "platform/view/IPresenter.h"
 #include "platform/view/UpdateViewGuard.h"
 #include "view/OscillographView.h"
+#include "waveform/TraceBatch.h"
 
 #include <atomic>
 #include <cstddef>
@@ -19,9 +20,10 @@
 
 namespace TavNA {
 
-// Draws the ticked channels over the visible window, reading each drawn frame
-// from its capture file again on every redraw, and keeps the time range of
-// the open files.
+// Draws the ticked channels over the visible window, reading the window's
+// frames from their capture files again on every redraw (every sample, or a
+// min/max envelope per column where they do not fit), and keeps the time
+// range of the open files.
 class OscillographPresenter : public Tav::IPresenter {
 public:
     using SvSelection = std::vector<std::pair<SvChannel*, SvGroup*>>;
@@ -47,7 +49,7 @@ private:
         double modelStart = 0.0;
         TavIec61850Parser::Timest fromStamp;
         TavIec61850Parser::Timest toStamp;
-        std::size_t budget = 0;
+        TavWaveform::TraceWindow trace;
         // The first frame that could not be read again, reported once a redraw.
         std::optional<std::string> readFailure;
     };
@@ -71,8 +73,10 @@ private:
     void _updateTimeRange();
     void _dropSelections();
     void _draw();
-    void _drawSv(SvChannel& channel, const SvGroup& group, Window& window);
-    void _drawGoose(GooseChannel& channel, const GooseGroup& group, Window& window);
+    template <typename Record, typename Builder>
+    static void
+    _drawTrace(Tav::Series& serie, const TavWaveform::TraceBatch<Record, Builder>& batch,
+               const Record* stream, std::size_t index, float ratio, const Window& window);
     template <typename Selection, typename DrawOne>
     void _drawSelection(Selection& selection, Window& window, DrawOne drawOne);
 

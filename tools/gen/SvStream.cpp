@@ -11,8 +11,9 @@ constexpr std::size_t kApduHeader = 8; // APPID, length, reserved 1 and 2
 } // namespace
 
 SvStream::SvStream(const SvStreamConfig& config, std::uint64_t startNs, std::uint64_t durationNs)
-    : config_(config), startNs_(startNs), durationNs_(durationNs), values_(config.channels),
-      qualityFrames_(config.faults.size(), 0) {
+    : config_(config), startNs_(startNs + config.startOffsetNs),
+      durationNs_(durationNs > config.startOffsetNs ? durationNs - config.startOffsetNs : 0),
+      values_(config.channels), qualityFrames_(config.faults.size(), 0) {
     buildTemplate();
 }
 

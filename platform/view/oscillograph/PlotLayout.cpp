@@ -39,6 +39,8 @@ void PlotLayout::compute(const Input& input) {
     placeLegend(input);
     placeLanes(input);
     buildCurves(input);
+    envelope = std::any_of(input.series->begin(), input.series->end(),
+                           [](const Tav::Series* s) { return s->envelope; });
     fitValues(input);
     timeTicks = TimeAxis::choose(from, to, plot.width, input.measure);
     valueTicks = hasAnalog || lanes.empty()
@@ -94,7 +96,6 @@ void PlotLayout::placeLanes(const Input& input) {
 }
 
 void PlotLayout::buildCurves(const Input& input) {
-    const AxisMap time(from, to, plot.x, plot.right());
     // Curves are reused between computations: their point buffers keep their
     // storage, which spares a page fault storm on every frame of a drag.
     curves.resize(input.series->size());
@@ -113,7 +114,11 @@ void PlotLayout::buildCurves(const Input& input) {
                              [](const Tav::PointF& a, const Tav::PointF& b) { return a.x < b.x; });
             curve.points = &copy;
         }
-        const Decimator::Span span = Decimator::visible(*curve.points, from, to);
+        // In the series' own x, so that no precision is lost before mapping.
+        curve.origin = s->origin;
+        const AxisMap time(from - curve.origin, to - curve.origin, plot.x, plot.right());
+        const Decimator::Span span =
+            Decimator::visible(*curve.points, from - curve.origin, to - curve.origin);
         curve.dense = static_cast<double>(span.last - span.first) > plot.width;
         Decimator::decimate(*curve.points, span, time, curve.gain, curve.pixels);
     }

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/parser/StreamRecords.h"
+#include "waveform/TraceWindow.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace TavWaveform {
+
+// The samples of some channels of one SV stream inside a window, read again
+// from every file of the stream in time order, each ASDU at its own instant:
+// the last of a frame at the frame's capture time, the earlier ones back from
+// it at the stream's sample interval. Every sample is kept while they fit the
+// window's budget, else a min/max envelope per column.
+class SvTrace {
+public:
+    // `indices`: the channels' places in an ASDU's values. A frame that cannot
+    // be read again ends the read of its file; the first such failure is kept
+    // in `failure`.
+    static Traces build(const TavIec61850Parser::Sv& stream,
+                        const std::vector<std::size_t>& indices, const TraceWindow& window,
+                        std::optional<std::string>& failure);
+
+    // The usual spacing of the stream's frames, measured on the first few
+    // thousand of its largest file; 0 with fewer than two frames.
+    static double frameSpacingNs(const TavIec61850Parser::Sv& stream);
+};
+
+} // namespace TavWaveform
