@@ -4,12 +4,11 @@
 #include "presenter/OscillographPresenter.h"
 #include "platform/common/Log.h"
 #include "presenter/PackageListPresenter.h"
-#include "tests/presenter/streams/LoadedModel.h"
+#include "tests/presenter/streams/ScopeFixture.h"
 #include "tests/support/GuiTest.h"
 #include "tests/support/TestCaptures.h"
 
 #include <gtest/gtest.h>
-#include <gtkmm/window.h>
 
 #include <algorithm>
 #include <cmath>
@@ -20,8 +19,10 @@
 namespace {
 
 using namespace TavNA;
-using namespace std::chrono_literals;
+using TavTest::checkBox;
 using TavTest::generated;
+using TavTest::OscillographDrawing;
+using TavTest::timeOf;
 
 constexpr double captureStart = 1700000000.0;
 
@@ -40,53 +41,6 @@ const std::string& gooseCapture() {
     static const std::string path = generated(
         "goose1-change1", {"--goose", "1", "--bools", "2", "--duration", "3", "--change", "1"});
     return path;
-}
-
-template <typename Presenter> Gtk::CheckButton& checkBox(Presenter& stream, std::size_t channel) {
-    return stream.getChannelsPresenter().getEntries().at(channel)->getViewObj().checkButton();
-}
-
-class OscillographDrawing : public testing::Test {
-protected:
-    TavTest::LoadedModel loaded;
-    PackageListPresenter list{loaded.model.getPackageListModel()};
-    OscillographPresenter scope{loaded.model};
-    Gtk::Window window;
-
-    void SetUp() override {
-        window.set_default_size(1200, 400);
-        window.add(scope.getViewObj());
-        window.show_all();
-        setPlotWidth(1000);
-    }
-
-    void setPlotWidth(int width) {
-        auto& view = scope.getViewObj();
-        for (int attempt = 0; attempt < 5 && view.getPixelWidth() != width; ++attempt) {
-            window.resize(window.get_width() + width - view.getPixelWidth(), 400);
-            TavTest::pumpUntil([&] { return view.getPixelWidth() == width; }, 2s);
-        }
-        ASSERT_EQ(view.getPixelWidth(), width);
-    }
-
-    template <typename Presenter> auto& tick(Presenter& stream, std::size_t channel) {
-        stream.getViewObj()->nameButton().clicked();
-        checkBox(stream, channel).set_active(true);
-        return *stream.getModel().getChannels().getItems().at(channel);
-    }
-
-    // The window actually set, which the view may have clamped.
-    std::pair<double, double> showRange(double from, double to) {
-        scope.getViewObj().setSeriesRange(from, to);
-        double f = 0.0, t = 0.0;
-        scope.getViewObj().getSeriesRange(f, t);
-        return {f, t};
-    }
-};
-
-// A point's time on the widget's axis: the series' origin plus its x.
-double timeOf(const Tav::Series& serie, std::size_t i) {
-    return serie.origin + static_cast<double>(serie.points[i].x);
 }
 
 TEST_F(OscillographDrawing, EverySampleWhileTheyFitElseAnEnvelopeOfRealSamples) {
