@@ -1,14 +1,17 @@
 #include "platform/parser/FrameReader.h"
 
 #include "platform/parser/FileRegistry.h"
+#include "platform/parser/MappedFile.h"
 #include "platform/parser/ParseError.h"
 #include "platform/parser/PcapReader.h"
 #include "platform/parser/PcapngReader.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -17,23 +20,45 @@ namespace TavIec61850Parser {
 
 namespace {
 
+std::atomic<bool> readThroughMapping{true};
+
 // Drawing reads thousands of frames of one file in a row; keeping that file
-// open per thread saves an open and a header read per frame. The path is
-// still stat'ed every time, so a replaced or deleted file is noticed.
+// mapped per thread spares an open, a header read and a system call per
+// frame. The path is still stat'ed for every batch, so a replaced or deleted
+// file is noticed.
 struct OpenCapture {
     std::string path;
     dev_t device = 0;
     ino_t inode = 0;
     FileVersion version; // a file rewritten in place keeps its inode
     int fd = -1;
-    std::optional<PcapHeader> pcap; // empty for pcapng
+    std::unique_ptr<MappedFile> map; // null while reading with a call per frame
+    std::optional<PcapHeader> pcap;  // empty for pcapng
 
     ~OpenCapture() { close(); }
     void close() {
         if (fd >= 0)
             ::close(fd);
         fd = -1;
+        map.reset();
         path.clear();
+    }
+
+    // `n` bytes at `at`, from the mapping or read into `scratch`; fewer when
+    // the file ends first.
+    std::size_t bytesAt(std::uint64_t at, std::size_t n, std::uint8_t* scratch,
+                        const std::uint8_t*& bytes) const {
+        if (map) {
+            if (at >= map->size())
+                return 0;
+            bytes = map->data() + at;
+            return static_cast<std::size_t>(std::min<std::uint64_t>(n, map->size() - at));
+        }
+        const ssize_t got = ::pread(fd, scratch, n, static_cast<off_t>(at));
+        if (got < 0)
+            throw ParseError(path, std::string("cannot read: ") + std::strerror(errno));
+        bytes = scratch;
+        return static_cast<std::size_t>(got);
     }
 };
 
@@ -42,31 +67,38 @@ struct OpenCapture {
 }
 
 void readExactly(const OpenCapture& f, void* to, std::size_t n, std::uint64_t at) {
-    ssize_t got = ::pread(f.fd, to, n, static_cast<off_t>(at));
-    if (got < 0)
-        throw ParseError(f.path, std::string("cannot read: ") + std::strerror(errno));
-    if (static_cast<std::size_t>(got) != n)
+    const std::uint8_t* bytes = nullptr;
+    if (f.bytesAt(at, n, static_cast<std::uint8_t*>(to), bytes) != n)
         noFrame(f.path, at);
+    if (bytes != to)
+        std::memcpy(to, bytes, n);
 }
 
 OpenCapture& openCapture(const std::string& path, const struct stat& st,
                          const FileVersion& version) {
     thread_local OpenCapture f;
-    if (f.fd >= 0 && f.path == path && f.device == st.st_dev && f.inode == st.st_ino &&
-        f.version == version)
+    const bool mapped = readThroughMapping.load(std::memory_order_relaxed);
+    if ((f.fd >= 0 || f.map) && f.path == path && f.device == st.st_dev && f.inode == st.st_ino &&
+        f.version == version && (f.map != nullptr) == mapped)
         return f;
     f.close();
-    f.fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (f.fd < 0)
-        throw ParseError(path, std::string("cannot open: ") + std::strerror(errno));
+    if (mapped) {
+        f.map = std::make_unique<MappedFile>(path, MappedFile::Access::AnyOrder);
+        if (!(f.map->version() == version))
+            throw ParseError(path, "the file has changed since it was parsed");
+    } else {
+        f.fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+        if (f.fd < 0)
+            throw ParseError(path, std::string("cannot open: ") + std::strerror(errno));
+    }
     f.path = path;
     f.device = st.st_dev;
     f.inode = st.st_ino;
     f.version = version;
-    std::uint8_t head[kPcapFileHeaderSize] = {};
-    ssize_t got = ::pread(f.fd, head, sizeof head, 0);
-    f.pcap =
-        got == static_cast<ssize_t>(sizeof head) ? readPcapHeader(head, sizeof head) : std::nullopt;
+    std::uint8_t scratch[kPcapFileHeaderSize] = {};
+    const std::uint8_t* head = nullptr;
+    const std::size_t got = f.bytesAt(0, sizeof scratch, scratch, head);
+    f.pcap = got == sizeof scratch ? readPcapHeader(head, got) : std::nullopt;
     if (!f.pcap && (got < 4 || ByteReader::load32(head, false) != kBlockSectionHeader)) {
         f.close();
         throw ParseError(path, "not a pcap or pcapng file");
@@ -82,13 +114,12 @@ void readPcapRecord(const OpenCapture& f, std::uint64_t offset, std::uint64_t fi
                     std::vector<std::uint8_t>& buffer) {
     if (offset < kPcapFileHeaderSize || fileSize - offset < kPcapRecordHeaderSize)
         noFrame(f.path, offset);
-    std::uint8_t chunk[kPcapRecordHeaderSize + kRecordReadAhead];
+    std::uint8_t scratch[kPcapRecordHeaderSize + kRecordReadAhead];
     const std::size_t want =
-        static_cast<std::size_t>(std::min<std::uint64_t>(sizeof chunk, fileSize - offset));
-    const ssize_t got = ::pread(f.fd, chunk, want, static_cast<off_t>(offset));
-    if (got < 0)
-        throw ParseError(f.path, std::string("cannot read: ") + std::strerror(errno));
-    if (static_cast<std::size_t>(got) < kPcapRecordHeaderSize)
+        static_cast<std::size_t>(std::min<std::uint64_t>(sizeof scratch, fileSize - offset));
+    const std::uint8_t* chunk = nullptr;
+    const std::size_t got = f.bytesAt(offset, want, scratch, chunk);
+    if (got < kPcapRecordHeaderSize)
         noFrame(f.path, offset);
     const bool big = f.pcap->bigEndian;
     std::uint32_t captured = ByteReader::load32(chunk + 8, big);
@@ -98,7 +129,7 @@ void readPcapRecord(const OpenCapture& f, std::uint64_t offset, std::uint64_t fi
     if (!plausibleRecord(captured, original) ||
         captured > fileSize - offset - kPcapRecordHeaderSize)
         noFrame(f.path, offset);
-    const std::size_t ahead = static_cast<std::size_t>(got) - kPcapRecordHeaderSize;
+    const std::size_t ahead = got - kPcapRecordHeaderSize;
     if (captured <= ahead) {
         buffer.assign(chunk + kPcapRecordHeaderSize, chunk + kPcapRecordHeaderSize + captured);
         return;
@@ -160,6 +191,10 @@ void readAt(const OpenCapture& f, const FileVersion& now, std::uint64_t offset,
 }
 
 } // namespace
+
+void FrameReader::setReadThroughMapping(bool mapped) {
+    readThroughMapping.store(mapped);
+}
 
 void FrameReader::read(const std::string& path, std::uint64_t offset,
                        std::vector<std::uint8_t>& buffer) {
