@@ -2,7 +2,10 @@
 
 #include "comtrade/AsduClock.h"
 #include "comtrade/WindowFrames.h"
-#include "platform/parser/SvParser.h"
+#include "platform/parser/ByteReader.h"
+#include "platform/parser/EthernetDecoder.h"
+#include "platform/parser/ParseError.h"
+#include "platform/parser/SvDecoder.h"
 #include "waveform/BucketEnvelope.h"
 #include "waveform/FrameRuns.h"
 
@@ -16,7 +19,6 @@ using TavComtrade::AsduClock;
 using TavComtrade::PlacedFrame;
 using TavComtrade::WindowFrames;
 using TavIec61850Parser::Sv;
-using TavIec61850Parser::SvParser;
 
 namespace {
 
@@ -48,6 +50,22 @@ private:
     std::unique_ptr<BucketEnvelope> envelope_;
     std::vector<TracePoint>* points_ = nullptr;
 };
+
+// Every ASDU of an SV frame as a view into its bytes; false when the bytes are
+// not a well-formed SV frame.
+bool decodeFrame(const std::vector<std::uint8_t>& bytes,
+                 std::vector<TavIec61850Parser::SvAsduView>& views) {
+    using namespace TavIec61850Parser;
+    EthernetFrame eth;
+    if (!decodeEthernet(bytes.data(), bytes.size(), eth) || eth.etherType != kEtherTypeSv)
+        return false;
+    try {
+        decodeSvApdu(eth.payload, eth.payloadSize, views);
+    } catch (const MalformedFrame&) {
+        return false;
+    }
+    return true;
+}
 
 } // namespace
 
@@ -81,24 +99,22 @@ Traces SvTrace::build(const Sv& stream, const std::vector<std::size_t>& indices,
 
     std::optional<AsduClock> clock;
     const double spacing = frameSpacingNs(stream);
+    // Views into the frame, not copies: a zoomed-out window reads millions.
+    std::vector<TavIec61850Parser::SvAsduView> asduViews;
     const auto take = [&](std::size_t k, const std::vector<std::uint8_t>& bytes) {
-        const PlacedFrame& frame = frames.frames[k];
-        std::vector<TavIec61850Parser::ASDUData> decoded;
-        try {
-            decoded = SvParser::parseASDUFromFrame(bytes.data(), bytes.size());
-        } catch (const std::exception&) {
+        if (!decodeFrame(bytes, asduViews) || asduViews.empty())
             return; // a frame that no longer decodes gives no sample
-        }
-        if (decoded.empty())
-            return;
         if (!clock)
-            clock.emplace(decoded.front().counters, spacing, stream.asdusPerFrame);
-        for (std::size_t a = 0; a < decoded.size(); ++a) {
-            const std::int64_t ns = clock->instant(frame.ns, a, decoded.size());
-            const auto& values = decoded[a].values;
+            clock.emplace(asduViews.front().counters, spacing, stream.asdusPerFrame);
+        const std::int64_t frameNs = frames.frames[k].ns;
+        for (std::size_t a = 0; a < asduViews.size(); ++a) {
+            const std::int64_t ns = clock->instant(frameNs, a, asduViews.size());
+            const auto& view = asduViews[a];
             for (std::size_t c = 0; c < indices.size(); ++c)
-                if (indices[c] < values.size())
-                    sinks[c].add({ns, static_cast<float>(values[indices[c]].value)});
+                if (indices[c] < view.valueCount())
+                    sinks[c].add({ns, static_cast<float>(static_cast<std::int32_t>(
+                                          TavIec61850Parser::ByteReader::load32(
+                                              view.seqData + 8 * indices[c], true)))});
         }
     };
     readFrameRuns(frames.frames, failure, take);

@@ -127,8 +127,10 @@ ASDUData copyOut(const SvAsduView& v) {
 
 } // namespace
 
-SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size,
-                         std::vector<ASDUData>* all) {
+namespace {
+
+template <typename OnAsdu>
+SvFrameView decodeEach(const std::uint8_t* payload, std::size_t size, OnAsdu onAsdu) {
     SvFrameView frame;
     frame.header = decodeApduHeader(payload, size);
     BerReader outer(frame.header.pdu, frame.header.pduSize);
@@ -152,13 +154,28 @@ SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size,
         SvAsduView v = decodeAsdu(asdus.expect(0x30, "ASDU"), frame.varying);
         if (frame.asduCount == 0)
             frame.first = v;
-        if (all)
-            all->push_back(copyOut(v));
+        onAsdu(v);
         ++frame.asduCount;
     }
     if (frame.asduCount != declared)
         malformed("noASDU disagrees with the ASDUs present");
     return frame;
+}
+
+} // namespace
+
+SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size,
+                         std::vector<ASDUData>* all) {
+    return decodeEach(payload, size, [&](const SvAsduView& v) {
+        if (all)
+            all->push_back(copyOut(v));
+    });
+}
+
+SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size,
+                         std::vector<SvAsduView>& views) {
+    views.clear();
+    return decodeEach(payload, size, [&](const SvAsduView& v) { views.push_back(v); });
 }
 
 } // namespace TavIec61850Parser

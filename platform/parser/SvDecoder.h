@@ -39,5 +39,8 @@ struct SvFrameView {
 // `all` is given, every ASDU is also copied out into it. Throws MalformedFrame.
 SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size,
                          std::vector<ASDUData>* all = nullptr);
+// The same, every ASDU given as a view into the payload, with no copy.
+SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size,
+                         std::vector<SvAsduView>& views);
 
 } // namespace TavIec61850Parser
