@@ -271,8 +271,8 @@ void OscillographPainter::paintLegend(const Cairo::RefPtr<Cairo::Context>& cr,
     if (layout.envelope) {
         setColor(cr, LaneText);
         const double width = textWidth(cr, PlotLayout::EnvelopeMark);
-        showText(cr, layout.plot.right() - 6.0 - width, layout.plot.y + 4.0 + PlotLayout::FontSize,
-                 PlotLayout::EnvelopeMark);
+        showText(cr, layout.area.width - PlotLayout::MarginRight - width,
+                 4.0 + PlotLayout::FontSize, PlotLayout::EnvelopeMark);
     }
 }
 

@@ -36,11 +36,11 @@ void PlotLayout::compute(const Input& input) {
     lanes.clear();
     legend.clear();
     sortedCopies_.clear();
+    envelope = std::any_of(input.series->begin(), input.series->end(),
+                           [](const Tav::Series* s) { return s->envelope; });
     placeLegend(input);
     placeLanes(input);
     buildCurves(input);
-    envelope = std::any_of(input.series->begin(), input.series->end(),
-                           [](const Tav::Series* s) { return s->envelope; });
     fitValues(input);
     timeTicks = TimeAxis::choose(from, to, plot.width, input.measure);
     valueTicks = hasAnalog || lanes.empty()
@@ -51,7 +51,10 @@ void PlotLayout::compute(const Input& input) {
 void PlotLayout::placeLegend(const Input& input) {
     double x = MarginLeft;
     double baseline = 4.0 + FontSize;
-    const double right = std::max(area.width - MarginRight, MarginLeft + 1.0);
+    // The envelope mark stands at the right end of the legend's first line,
+    // above the plot, where it hides no part of a curve.
+    const double mark = envelope ? input.measure(EnvelopeMark) + LegendGap : 0.0;
+    const double right = std::max(area.width - MarginRight - mark, MarginLeft + 1.0);
     for (const Tav::Series* s : *input.series) {
         const double width = SwatchWidth + 4.0 + input.measure(s->description) + LegendGap;
         if (x > MarginLeft && x + width > right) {

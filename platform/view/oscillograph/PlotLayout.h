@@ -61,7 +61,7 @@ public:
     static constexpr double MarginBottom = 26.0;
     static constexpr double LineHeight = 15.0;
     static constexpr double FontSize = 11.0;
-    // Shown in the plot's corner while a curve is an envelope.
+    // Shown at the right of the legend while a curve is an envelope.
     static constexpr const char* EnvelopeMark =
         "Огибающая (min/max): приблизьте, чтобы увидеть отсчёты";
 
