@@ -81,6 +81,11 @@ OscillographPresenter::OscillographPresenter(TavNaModel& model)
         sigc::mem_fun(*this, &OscillographPresenter::_onPixelWidthChanged));
     view->signalSeriesRangeChanged.connect(
         sigc::mem_fun(*this, &OscillographPresenter::_onSeriesRangeChanged));
+    // A summary just built lets a wide window be drawn again from it.
+    summaries =
+        std::make_unique<TavWaveform::SummaryStore>([token = std::weak_ptr(liveness), this] {
+            Tav::UpdateViewGuard::safeBeginUpdateView(token, [this] { _draw(); });
+        });
 }
 
 // The series belong to the channels, which may outlive this presenter's view
@@ -264,7 +269,7 @@ void OscillographPresenter::_draw() {
     for (const auto& [channel, group] : gooseSelection)
         if (group != nullptr && !group->getGooses().empty())
             gooseTraces.want(group->getGooses().back(), channel->getIndex());
-    svTraces.build(window.trace, window.readFailure);
+    svTraces.build(window.trace, window.readFailure, summaries.get());
     gooseTraces.build(window.trace, window.readFailure);
 
     _drawSelection(svSelection, window, [&](SvChannel& c, const SvGroup& g, Window& w) {

@@ -7,6 +7,7 @@
 #include "platform/view/IPresenter.h"
 #include "platform/view/UpdateViewGuard.h"
 #include "view/OscillographView.h"
+#include "waveform/SummaryStore.h"
 #include "waveform/TraceBatch.h"
 
 #include <atomic>
@@ -95,6 +96,8 @@ private:
     // drawn or read meanwhile, and a range update waits for the end.
     bool suspended = false;
     bool rangeStale = false;
+    // Last, so that its worker is joined before anything it posts to goes.
+    std::unique_ptr<TavWaveform::SummaryStore> summaries;
 };
 
 } // namespace TavNA

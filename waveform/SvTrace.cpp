@@ -1,13 +1,11 @@
 #include "waveform/SvTrace.h"
 
-#include "comtrade/AsduClock.h"
 #include "comtrade/WindowFrames.h"
-#include "platform/parser/ByteReader.h"
-#include "platform/parser/EthernetDecoder.h"
-#include "platform/parser/ParseError.h"
-#include "platform/parser/SvDecoder.h"
+#include "platform/parser/WindowQuery.h"
 #include "waveform/BucketEnvelope.h"
 #include "waveform/FrameRuns.h"
+#include "waveform/SummaryStore.h"
+#include "waveform/SvSampleReader.h"
 
 #include <algorithm>
 #include <exception>
@@ -15,7 +13,6 @@
 
 namespace TavWaveform {
 
-using TavComtrade::AsduClock;
 using TavComtrade::PlacedFrame;
 using TavComtrade::WindowFrames;
 using TavIec61850Parser::Sv;
@@ -51,20 +48,46 @@ private:
     std::vector<TracePoint>* points_ = nullptr;
 };
 
-// Every ASDU of an SV frame as a view into its bytes; false when the bytes are
-// not a well-formed SV frame.
-bool decodeFrame(const std::vector<std::uint8_t>& bytes,
-                 std::vector<TavIec61850Parser::SvAsduView>& views) {
-    using namespace TavIec61850Parser;
-    EthernetFrame eth;
-    if (!decodeEthernet(bytes.data(), bytes.size(), eth) || eth.etherType != kEtherTypeSv)
-        return false;
-    try {
-        decodeSvApdu(eth.payload, eth.payloadSize, views);
-    } catch (const MalformedFrame&) {
-        return false;
-    }
-    return true;
+// Whole summary blocks a column must hold before the summary stands in for
+// the frames: a block is then placed within an eighth of a column.
+constexpr std::size_t kSummaryBlocksPerColumn = 4;
+
+// Of the window's frames, the first `headEnd` and those from `tailBegin` on
+// are read; the blocks [firstBlock, endBlock) between them come from the
+// summary.
+struct FrameSpan {
+    std::size_t headEnd = 0;
+    std::size_t firstBlock = 0;
+    std::size_t endBlock = 0;
+    std::size_t tailBegin = 0;
+};
+
+FrameSpan split(std::size_t first, std::size_t count, std::size_t blockFrames) {
+    FrameSpan span;
+    span.firstBlock = (first + blockFrames - 1) / blockFrames;
+    span.endBlock = std::max(span.firstBlock, (first + count) / blockFrames);
+    span.headEnd = std::min(count, span.firstBlock * blockFrames - first);
+    span.tailBegin = std::max(span.headEnd, span.endBlock * blockFrames - first);
+    return span;
+}
+
+// The window's frames by their place in the stream's only file, when it has
+// one file whose times never go backwards: found without copying a frame.
+std::optional<std::pair<std::size_t, std::size_t>> orderedSpan(const Sv& stream,
+                                                               const TraceWindow& window) {
+    if (stream.files.size() != 1 || !stream.files.begin()->timeOrdered)
+        return std::nullopt;
+    return stream.files.begin()->orderedWindow(window.fromStamp(), window.toStamp());
+}
+
+std::vector<PlacedFrame> placed(const TavIec61850Parser::PackageFile& file, std::size_t begin,
+                                std::size_t end) {
+    std::vector<PlacedFrame> frames;
+    frames.reserve(end > begin ? end - begin : 0);
+    for (std::size_t i = begin; i < end; ++i)
+        frames.push_back({TavComtrade::toNanoseconds(file.packages[i].time),
+                          file.packages[i].offset, &file.path});
+    return frames;
 }
 
 } // namespace
@@ -85,39 +108,60 @@ double SvTrace::frameSpacingNs(const Sv& stream) {
 }
 
 Traces SvTrace::build(const Sv& stream, const std::vector<std::size_t>& indices,
-                      const TraceWindow& window, std::optional<std::string>& failure) {
-    const WindowFrames frames =
-        TavComtrade::framesInWindow(stream, window.fromStamp(), window.toStamp());
+                      const TraceWindow& window, std::optional<std::string>& failure,
+                      SummaryStore* summaries) {
+    const auto span = orderedSpan(stream, window);
+    WindowFrames merged; // of several files, or one out of time order
+    if (!span)
+        merged = TavComtrade::framesInWindow(stream, window.fromStamp(), window.toStamp());
+    const std::size_t count = span ? span->second - span->first : merged.frames.size();
     Traces traces;
     traces.channels.resize(indices.size());
-    const std::size_t asdus = std::max<std::uint32_t>(1, stream.asdusPerFrame);
-    traces.envelope = frames.frames.size() * asdus > window.budget();
+    traces.envelope = count * std::max<std::uint32_t>(1, stream.asdusPerFrame) > window.budget();
     std::vector<ChannelSink> sinks;
     sinks.reserve(indices.size());
     for (auto& points : traces.channels)
         sinks.emplace_back(window, traces.envelope, points);
 
-    std::optional<AsduClock> clock;
-    const double spacing = frameSpacingNs(stream);
-    // Views into the frame, not copies: a zoomed-out window reads millions.
-    std::vector<TavIec61850Parser::SvAsduView> asduViews;
-    const auto take = [&](std::size_t k, const std::vector<std::uint8_t>& bytes) {
-        if (!decodeFrame(bytes, asduViews) || asduViews.empty())
-            return; // a frame that no longer decodes gives no sample
-        if (!clock)
-            clock.emplace(asduViews.front().counters, spacing, stream.asdusPerFrame);
-        const std::int64_t frameNs = frames.frames[k].ns;
-        for (std::size_t a = 0; a < asduViews.size(); ++a) {
-            const std::int64_t ns = clock->instant(frameNs, a, asduViews.size());
-            const auto& view = asduViews[a];
-            for (std::size_t c = 0; c < indices.size(); ++c)
-                if (indices[c] < view.valueCount())
-                    sinks[c].add({ns, static_cast<float>(static_cast<std::int32_t>(
-                                          TavIec61850Parser::ByteReader::load32(
-                                              view.seqData + 8 * indices[c], true)))});
-        }
+    SvSampleReader samples(frameSpacingNs(stream), stream.asdusPerFrame);
+    const auto read = [&](const std::vector<PlacedFrame>& frames) {
+        readFrameRuns(frames, failure, [&](std::size_t k, const std::vector<std::uint8_t>& bytes) {
+            // A frame that no longer decodes gives no sample.
+            samples.read(bytes, frames[k].ns,
+                         [&](std::int64_t ns, const TavIec61850Parser::SvAsduView& asdu) {
+                             for (std::size_t c = 0; c < indices.size(); ++c)
+                                 if (indices[c] < asdu.valueCount())
+                                     sinks[c].add({ns, static_cast<float>(SvSampleReader::value(
+                                                           asdu, indices[c]))});
+                         });
+        });
     };
-    readFrameRuns(frames.frames, failure, take);
+    std::shared_ptr<const SampleSummary> summary;
+    if (span && traces.envelope && summaries != nullptr &&
+        count >= kSummaryBlocksPerColumn * SampleSummary::blockFramesFor(stream.valuesPerAsdu) *
+                     window.columns)
+        summary = summaries->find(stream);
+    if (!summary) {
+        read(span ? placed(*stream.files.begin(), span->first, span->second) : merged.frames);
+    } else {
+        // The frames before the first whole block and after the last one are
+        // read; the blocks between come from the summary, each at its middle.
+        const auto& file = *stream.files.begin();
+        const FrameSpan parts = split(span->first, count, summary->blockFrames());
+        read(placed(file, span->first, span->first + parts.headEnd));
+        for (std::size_t b = parts.firstBlock; b < parts.endBlock; ++b) {
+            const auto& block = summary->block(b);
+            const std::int64_t mid = block.firstNs + (block.lastNs - block.firstNs) / 2;
+            for (std::size_t c = 0; c < indices.size(); ++c) {
+                std::int32_t lo = 0, hi = 0;
+                if (!summary->range(b, indices[c], lo, hi))
+                    continue;
+                sinks[c].add({mid, static_cast<float>(lo)});
+                sinks[c].add({mid, static_cast<float>(hi)});
+            }
+        }
+        read(placed(file, span->first + parts.tailBegin, span->second));
+    }
     for (auto& sink : sinks)
         sink.finish();
     return traces;

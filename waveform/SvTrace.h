@@ -10,6 +10,8 @@
 
 namespace TavWaveform {
 
+class SummaryStore;
+
 // The samples of some channels of one SV stream inside a window, read again
 // from every file of the stream in time order, each ASDU at its own instant:
 // the last of a frame at the frame's capture time, the earlier ones back from
@@ -19,10 +21,11 @@ class SvTrace {
 public:
     // `indices`: the channels' places in an ASDU's values. A frame that cannot
     // be read again ends the read of its file; the first such failure is kept
-    // in `failure`.
+    // in `failure`. With `summaries`, a window far wider than the plot is
+    // drawn from the stream's min/max summary once that is built.
     static Traces build(const TavIec61850Parser::Sv& stream,
                         const std::vector<std::size_t>& indices, const TraceWindow& window,
-                        std::optional<std::string>& failure);
+                        std::optional<std::string>& failure, SummaryStore* summaries = nullptr);
 
     // The usual spacing of the stream's frames, measured on the first few
     // thousand of its largest file; 0 with fewer than two frames.

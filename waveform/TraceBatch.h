@@ -23,9 +23,11 @@ public:
             indices.push_back(index);
     }
 
-    void build(const TraceWindow& window, std::optional<std::string>& failure) {
+    // `extra` goes to the builder as it is.
+    template <typename... Extra>
+    void build(const TraceWindow& window, std::optional<std::string>& failure, Extra... extra) {
         for (auto& [stream, entry] : entries_)
-            entry.traces = Builder::build(*stream, entry.indices, window, failure);
+            entry.traces = Builder::build(*stream, entry.indices, window, failure, extra...);
     }
 
     // The channel's points, null when it was not wanted.

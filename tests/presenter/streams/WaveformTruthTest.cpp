@@ -4,12 +4,14 @@
 // comes from the latest frame of whichever file holds it.
 #include "tests/presenter/streams/ScopeFixture.h"
 #include "tests/support/TestCaptures.h"
+#include "waveform/SampleSummary.h"
 
 #include <cairomm/context.h>
 #include <cairomm/surface.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <map>
 #include <string>
@@ -67,21 +69,35 @@ TEST_F(OscillographDrawing, ZoomedOutSineSpansItsFullAmplitudeInEveryColumnAndKe
     ASSERT_EQ(layout.curves.size(), 1u);
     const auto pixel = [&](double v) { return layout.curves[0].value.toPixel(v * serie.gain); };
     const double top = pixel(kPeakA * ratio), bottom = pixel(-kPeakA * ratio);
-    const auto bands = columnBands(view, serie);
-    EXPECT_GE(bands.size(), 990u);
-    long spikeColumn = -1;
-    for (const auto& [column, band] : bands) {
-        if (band.second > kPeakA * ratio * 1.5) {
-            spikeColumn = column;
-            EXPECT_FLOAT_EQ(static_cast<float>(band.second),
-                            static_cast<float>(3 * kPeakA) * ratio);
-            continue;
+    const long spikeAt = static_cast<long>(std::floor(layout.mapper.timeToX(kSpikeAt)));
+    const auto expectFullBands = [&](const char* drawnFrom) {
+        const auto bands = columnBands(view, serie);
+        EXPECT_GE(bands.size(), 990u) << drawnFrom;
+        for (const auto& [column, band] : bands) {
+            if (column == spikeAt) {
+                EXPECT_FLOAT_EQ(static_cast<float>(band.second),
+                                static_cast<float>(3 * kPeakA) * ratio)
+                    << drawnFrom;
+                continue;
+            }
+            EXPECT_NEAR(pixel(band.second), top, 1.0) << drawnFrom << column;
+            EXPECT_NEAR(pixel(band.first), bottom, 1.0) << drawnFrom << column;
         }
-        EXPECT_NEAR(pixel(band.second), top, 1.0) << column;
-        EXPECT_NEAR(pixel(band.first), bottom, 1.0) << column;
-    }
-    EXPECT_EQ(spikeColumn, static_cast<long>(std::floor(layout.mapper.timeToX(kSpikeAt))));
+    };
+    expectFullBands("every frame");
     EXPECT_TRUE(layout.envelope);
+
+    // Meanwhile the stream's min/max summary is built on a worker, and the
+    // curve drawn again from it: whole blocks give two points at one instant.
+    const auto fromSummary = [&] {
+        for (std::size_t i = 1; i < serie.points.size(); ++i)
+            if (serie.points[i].x == serie.points[i - 1].x)
+                return true;
+        return false;
+    };
+    ASSERT_TRUE(TavTest::pumpUntil(fromSummary, std::chrono::seconds(60)));
+    EXPECT_LT(serie.points.size(), 4u * 1000u);
+    expectFullBands("the summary");
 
     // The real widget's own drawing: in every column the curve's colour runs
     // from the peak's row to the trough's.
@@ -104,7 +120,7 @@ TEST_F(OscillographDrawing, ZoomedOutSineSpansItsFullAmplitudeInEveryColumnAndKe
     };
     int checked = 0;
     for (int x = static_cast<int>(layout.plot.x) + 1; x + 1 < layout.plot.right(); ++x) {
-        if (std::abs(x - spikeColumn) <= 1)
+        if (std::abs(x - spikeAt) <= 1)
             continue;
         const auto [first, last] = curveRows(x);
         ASSERT_GE(first, 0) << x;
@@ -113,6 +129,40 @@ TEST_F(OscillographDrawing, ZoomedOutSineSpansItsFullAmplitudeInEveryColumnAndKe
         ++checked;
     }
     EXPECT_GT(checked, 990);
+}
+
+TEST(SampleSummary, CostsAtMostTwoBytesAFrameAndHoldsEveryBlocksExtremes) {
+    TavTest::LoadedModel loaded;
+    loaded.open(longSine());
+    const auto& stream = *loaded.model.getDb().svProto.svs.begin();
+    const auto source = TavWaveform::SummarySource::of(stream);
+    ASSERT_TRUE(source);
+    const std::atomic<bool> stop{false};
+    const auto summary = TavWaveform::SampleSummary::build(*source, stop);
+    ASSERT_TRUE(summary);
+    const std::size_t frames = source->packages.size();
+    EXPECT_EQ(frames, 400'000u);
+    EXPECT_LE(summary->bytes(), TavWaveform::SampleSummary::kMaxBytesPerFrame * frames);
+
+    // A block is shorter than a period: it never passes the peaks, and two
+    // in a row reach both; only the spike's block goes beyond.
+    const auto spikeNs =
+        static_cast<std::int64_t>(std::llround(kSpikeAt * 1e9)) + 1'700'000'000LL * 1'000'000'000LL;
+    std::int32_t lo = 0, hi = 0, previousLo = 0, previousHi = 0;
+    for (std::size_t b = 0; b < summary->blockCount(); ++b) {
+        ASSERT_TRUE(summary->range(b, 0, lo, hi));
+        const auto& block = summary->block(b);
+        const bool spike = block.firstNs <= spikeNs + 250'000 && spikeNs <= block.lastNs + 250'000;
+        EXPECT_GE(lo, -kPeakA) << b;
+        EXPECT_LE(hi, spike ? 3 * kPeakA : kPeakA) << b;
+        if (b > 0 && !spike && b + 1 < summary->blockCount()) {
+            EXPECT_EQ(std::min(lo, previousLo), -kPeakA) << b;
+            EXPECT_GE(std::max(hi, previousHi), kPeakA) << b;
+        }
+        previousLo = lo;
+        previousHi = hi;
+    }
+    EXPECT_FALSE(summary->range(0, 8, lo, hi)) << "no ninth channel";
 }
 
 struct AsduCase {
