@@ -1,6 +1,7 @@
 #include "waveform/SampleSummary.h"
 
 #include "comtrade/WindowFrames.h"
+#include "platform/parser/FileRegistry.h"
 #include "platform/parser/FrameReader.h"
 #include "waveform/SvSampleReader.h"
 #include "waveform/SvTrace.h"
@@ -38,8 +39,13 @@ std::string keyFor(const std::string& path, const std::vector<TavIec61850Parser:
     const auto offset = [&](bool last) {
         return packages.empty() ? 0 : (last ? packages.back() : packages.front()).offset;
     };
-    return path + '\n' + std::to_string(packages.size()) + '\n' + std::to_string(offset(false)) +
-           '\n' + std::to_string(offset(true)) + '\n' + std::to_string(channels);
+    // The file as it was parsed: a capture written again under the same name
+    // with the same layout must not be drawn from the old one's summary.
+    const auto version =
+        TavIec61850Parser::FileRegistry::lookup(path).value_or(TavIec61850Parser::FileVersion{});
+    return path + '\n' + std::to_string(version.size) + '\n' + std::to_string(version.mtimeNs) +
+           '\n' + std::to_string(packages.size()) + '\n' + std::to_string(offset(false)) + '\n' +
+           std::to_string(offset(true)) + '\n' + std::to_string(channels);
 }
 
 } // namespace

@@ -2,6 +2,10 @@
 
 namespace TavWaveform {
 
+namespace {
+constexpr std::size_t kMaxSummaries = 256;
+} // namespace
+
 SummaryStore::SummaryStore(std::function<void()> onReady)
     : onReady_(std::move(onReady)), worker_([this] { run(); }) {}
 
@@ -47,6 +51,13 @@ void SummaryStore::run() {
             continue; // left queued: the frames themselves are drawn instead
         {
             std::lock_guard lock(mutex_);
+            // Summaries of files long closed are not looked for again; a cap
+            // keeps them from piling up over a long session.
+            if (built_.size() >= kMaxSummaries) {
+                for (const auto& [key, dropped] : built_)
+                    queued_.erase(key);
+                built_.clear();
+            }
             built_[source.key()] = std::make_shared<const SampleSummary>(std::move(*summary));
         }
         onReady_();
