@@ -131,6 +131,32 @@ TEST_F(OscillographDrawing, ZoomedOutSineSpansItsFullAmplitudeInEveryColumnAndKe
     EXPECT_GT(checked, 990);
 }
 
+TEST_F(OscillographDrawing, ZoomedOutGooseStepsKeepEveryChange) {
+    // A 1 ms pulse every 0.3 s for 100 s: the new state stands in one frame
+    // only, and the repeats make some 3300 frames, more than three for every
+    // point a 500 px plot takes one by one.
+    std::vector<std::string> options{"--goose", "1", "--bools", "1", "--duration", "100"};
+    const int pulses = 330, changes = 2 * pulses;
+    for (int k = 1; k <= pulses; ++k)
+        for (double at : {k * 0.3, k * 0.3 + 0.001}) {
+            options.push_back("--change");
+            options.push_back(std::to_string(at));
+        }
+    setPlotWidth(500);
+    loaded.open(generated("goose-330-changes", options));
+    GooseChannel& entry = tick(*list.getGooseStreams().at(0), 0);
+    const Tav::Series& serie = entry.getSerie();
+    scope.getViewObj().showWholeDuration();
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return serie.envelope; }, std::chrono::seconds(30)));
+    EXPECT_LT(serie.points.size(), 4u * 500u);
+    int flips = 0;
+    for (std::size_t i = 1; i < serie.points.size(); ++i) {
+        EXPECT_LE(serie.points[i - 1].x, serie.points[i].x) << i;
+        flips += serie.points[i].y != serie.points[i - 1].y;
+    }
+    EXPECT_EQ(flips, changes);
+}
+
 TEST(SampleSummary, CostsAtMostTwoBytesAFrameAndHoldsEveryBlocksExtremes) {
     TavTest::LoadedModel loaded;
     loaded.open(longSine());
