@@ -136,12 +136,14 @@ Traces SvTrace::build(const Sv& stream, const std::vector<std::size_t>& indices,
                          });
         });
     };
+    // Asked for as soon as the stream is drawn at all, so that it is ready,
+    // built on the worker, by the time the user zooms out.
+    const std::size_t wide = kSummaryBlocksPerColumn *
+                             SampleSummary::blockFramesFor(stream.valuesPerAsdu) * window.columns;
     std::shared_ptr<const SampleSummary> summary;
-    if (span && traces.envelope && summaries != nullptr &&
-        count >= kSummaryBlocksPerColumn * SampleSummary::blockFramesFor(stream.valuesPerAsdu) *
-                     window.columns)
+    if (span && summaries != nullptr && stream.files.begin()->packages.size() >= wide)
         summary = summaries->find(stream);
-    if (!summary) {
+    if (!summary || !traces.envelope || count < wide) {
         read(span ? placed(*stream.files.begin(), span->first, span->second) : merged.frames);
     } else {
         // The frames before the first whole block and after the last one are
