@@ -96,7 +96,7 @@ private:
     // drawn or read meanwhile, and a range update waits for the end.
     bool suspended = false;
     bool rangeStale = false;
-    // Last, so that its worker is joined before anything it posts to goes.
+    // Last: destroyed first, so its worker is joined while the rest still lives.
     std::unique_ptr<TavWaveform::SummaryStore> summaries;
 };
 
