@@ -50,6 +50,10 @@ WindowFrames framesInWindow(const Record& stream, const std::optional<Timest>& f
                 result.before = before;
         }
     }
+    // One file whose times never go backwards is in order already: sorting a
+    // whole capture's frames would cost more than reading them.
+    if (stream.files.size() == 1 && stream.files.begin()->timeOrdered)
+        return result;
     // Files in path order first, so that frames of equal times keep one order.
     std::stable_sort(result.frames.begin(), result.frames.end(),
                      [](const PlacedFrame& a, const PlacedFrame& b) { return *a.path < *b.path; });

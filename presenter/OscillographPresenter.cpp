@@ -2,9 +2,6 @@
 
 #include "model/FailureText.h"
 #include "platform/common/Log.h"
-#include "platform/parser/GooseParser.h"
-#include "platform/parser/ParseError.h"
-#include "platform/parser/SvParser.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,24 +16,8 @@ using TavIec61850Parser::Timest;
 
 namespace {
 
-// A whole-number stride over the packages of the window, so that a series
-// never gets as many as twice the budget.
-std::size_t strideFor(std::size_t total, std::size_t budget) {
-    return budget < total ? total / budget : 1;
-}
-
-double relativeTime(const Package& p, double modelStart) {
-    return p.time.nanoseconds / 1'000'000'000.0 + p.time.seconds - modelStart;
-}
-
-std::optional<float> readGooseValue(const std::string& path, std::uint64_t offset,
-                                    std::uint64_t index) {
-    using TavIec61850Parser::GooseParser;
-    const auto pdu = GooseParser::parseGoosePDUFromFile(path, offset);
-    const auto values = GooseParser::parseBooleanValues(pdu.data);
-    if (index >= values.size())
-        return std::nullopt;
-    return values[index];
+std::int64_t nanosecondsOf(const Timest& t) {
+    return static_cast<std::int64_t>(t.seconds) * 1'000'000'000 + t.nanoseconds;
 }
 
 template <typename Selection>
@@ -104,6 +85,11 @@ OscillographPresenter::OscillographPresenter(TavNaModel& model)
         sigc::mem_fun(*this, &OscillographPresenter::_onPixelWidthChanged));
     view->signalSeriesRangeChanged.connect(
         sigc::mem_fun(*this, &OscillographPresenter::_onSeriesRangeChanged));
+    // A summary just built lets a wide window be drawn again from it.
+    summaries =
+        std::make_unique<TavWaveform::SummaryStore>([token = std::weak_ptr(liveness), this] {
+            Tav::UpdateViewGuard::safeBeginUpdateView(token, [this] { _draw(); });
+        });
 }
 
 // The series belong to the channels, which may outlive this presenter's view
@@ -232,25 +218,34 @@ void OscillographPresenter::_draw() {
         return;
     }
     Window window;
-    window.budget = 2 * static_cast<std::size_t>(width);
     view->getSeriesRange(window.from, window.to);
     window.modelStart = model.getOscillographModel().start;
     window.fromStamp = _getTimestFromSec(window.modelStart + window.from);
     window.toStamp = _getTimestFromSec(window.modelStart + window.to);
+    window.trace = {nanosecondsOf(window.fromStamp), nanosecondsOf(window.toStamp),
+                    static_cast<std::size_t>(width)};
 
-    _drawSelection(svSelection, window,
-                   [this](SvChannel& c, const SvGroup& g, Window& w) { _drawSv(c, g, w); });
-    _drawSelection(gooseSelection, window, [this](GooseChannel& c, const GooseGroup& g, Window& w) {
-        _drawGoose(c, g, w);
+    // Of a group the last stream is drawn.
+    TavWaveform::SvBatch svTraces;
+    for (const auto& [channel, group] : svSelection)
+        if (group != nullptr && !group->getSvs().empty())
+            svTraces.want(group->getSvs().back(), channel->getIndex());
+    TavWaveform::GooseBatch gooseTraces;
+    for (const auto& [channel, group] : gooseSelection)
+        if (group != nullptr && !group->getGooses().empty())
+            gooseTraces.want(group->getGooses().back(), channel->getIndex());
+    svTraces.build(window.trace, window.readFailures, summaries.get());
+    gooseTraces.build(window.trace, window.readFailures);
+
+    _drawSelection(svSelection, window, [&](SvChannel& c, const SvGroup& g, Window& w) {
+        _drawTrace(c.getSerie(), svTraces, g.getSvs().back(), c.getIndex(), c.getTransformRatio(),
+                   w);
+    });
+    _drawSelection(gooseSelection, window, [&](GooseChannel& c, const GooseGroup& g, Window& w) {
+        _drawTrace(c.getSerie(), gooseTraces, g.getGooses().back(), c.getIndex(), 1.0f, w);
     });
     view->showAll();
     _tellReadFailures(window);
-}
-
-void OscillographPresenter::_noteReadFailure(Window& window, const std::string& path,
-                                             const std::exception& error) {
-    const auto* parseError = dynamic_cast<const TavIec61850Parser::ParseError*>(&error);
-    window.readFailures.emplace(path, parseError != nullptr ? parseError->reason() : error.what());
 }
 
 // Once per file and reason, not once per redraw: a file that went away stays
@@ -283,90 +278,25 @@ void OscillographPresenter::_drawSelection(Selection& selection, Window& window,
     }
 }
 
-void OscillographPresenter::_drawSv(SvChannel& channel, const SvGroup& group, Window& window) {
-    const auto result =
-        group.getSvs().back()->getfilteredPackages(window.fromStamp, window.toStamp);
-    std::size_t total = 0;
-    for (const auto& [file, packages] : result)
-        total += packages.size();
-    const std::size_t step = strideFor(total, window.budget);
-    const auto index = channel.getIndex();
-    const float ratio = channel.getTransformRatio();
-    auto& points = channel.getSerie().points;
-    std::vector<std::uint64_t> offsets;
-    for (const auto& entry : result) {
-        const auto& packages = entry.second;
-        offsets.clear();
-        for (std::size_t i = 0; i < packages.size(); i += step)
-            offsets.push_back(packages[i]->offset);
-        // One check of the file for all of its frames in the window; each
-        // frame is still read from the file itself.
-        try {
-            TavIec61850Parser::SvParser::parseASDUsFromFile(
-                entry.first->path, offsets,
-                [&](std::size_t k, std::vector<TavIec61850Parser::ASDUData>& asdus) {
-                    if (asdus.empty() || index >= asdus.front().values.size())
-                        return;
-                    const Package& p = *packages[k * step];
-                    const float y = static_cast<float>(asdus.front().values[index].value) * ratio;
-                    points.push_back({static_cast<float>(relativeTime(p, window.modelStart)), y});
-                });
-        } catch (const std::exception& error) {
-            // A file that changed or went away stays so for the rest of it.
-            _noteReadFailure(window, entry.first->path, error);
-        }
-    }
-}
-
-void OscillographPresenter::_drawGoose(GooseChannel& channel, const GooseGroup& group,
-                                       Window& window) {
-    const auto result =
-        group.getGooses().back()->getfilteredPackages(window.fromStamp, window.toStamp);
-    std::size_t total = 0;
-    for (const auto& [file, filtered] : result)
-        total += filtered.packages.size();
-    const std::size_t step = strideFor(total, window.budget);
-    const auto index = channel.getIndex();
-    auto& points = channel.getSerie().points;
-    auto read = [&](const std::string& path, const Package& p) -> std::optional<float> {
-        try {
-            return readGooseValue(path, p.offset, index);
-        } catch (const std::exception& error) {
-            _noteReadFailure(window, path, error);
-            throw;
-        }
-    };
-    for (const auto& [file, filtered] : result) {
-        try {
-            for (std::size_t i = 0; i < filtered.packages.size(); i += step) {
-                const Package& p = *filtered.packages[i];
-                if (const auto value = read(file->path, p))
-                    points.push_back(
-                        {static_cast<float>(relativeTime(p, window.modelStart)), *value});
-            }
-        } catch (const std::exception&) {
-        }
-    }
-    if (result.empty())
+// Points count from the window's left edge, which becomes the series'
+// origin: a 32-bit x then keeps sample precision at any distance from the
+// start.
+template <typename Record, typename Builder>
+void OscillographPresenter::_drawTrace(Tav::Series& serie,
+                                       const TavWaveform::TraceBatch<Record, Builder>& batch,
+                                       const Record* stream, std::size_t index, float ratio,
+                                       const Window& window) {
+    bool envelope = false;
+    const auto* trace = batch.points(stream, index, envelope);
+    serie.origin = window.from;
+    serie.envelope = envelope;
+    if (trace == nullptr)
         return;
-    // The step curve spans the whole window: the state in force before it from
-    // the left edge, the last known state up to the right edge.
-    const auto& [firstFile, first] = *result.begin();
-    std::optional<float> before;
-    if (first.lastBefore != nullptr && (points.empty() || points.back().x > window.from)) {
-        try {
-            before = read(firstFile->path, *first.lastBefore);
-        } catch (const std::exception&) {
-        }
-    }
-    if (!points.empty()) {
-        if (before)
-            points.insert(points.begin(), {static_cast<float>(window.from), *before});
-        points.push_back({static_cast<float>(window.to), points.back().y});
-    } else if (before) {
-        points.push_back({static_cast<float>(window.from), *before});
-        points.push_back({static_cast<float>(window.to), *before});
-    }
+    serie.points.reserve(trace->size());
+    for (const auto& p : *trace)
+        serie.points.push_back(
+            {static_cast<float>(static_cast<double>(p.ns - window.trace.fromNs) * 1e-9),
+             p.value * ratio});
 }
 
 } // namespace TavNA

@@ -7,6 +7,8 @@
 #include "platform/view/IPresenter.h"
 #include "platform/view/UpdateViewGuard.h"
 #include "view/OscillographView.h"
+#include "waveform/SummaryStore.h"
+#include "waveform/TraceBatch.h"
 
 #include <cstddef>
 #include <memory>
@@ -18,9 +20,10 @@
 
 namespace TavNA {
 
-// Draws the ticked channels over the visible window, reading each drawn frame
-// from its capture file again on every redraw, and keeps the time range of
-// the open files.
+// Draws the ticked channels over the visible window, reading the window's
+// frames from their capture files again on every redraw (every sample, or a
+// min/max envelope per column where they do not fit), and keeps the time
+// range of the open files.
 class OscillographPresenter : public Tav::IPresenter {
 public:
     using SvSelection = std::vector<std::pair<SvChannel*, SvGroup*>>;
@@ -46,9 +49,8 @@ private:
         double modelStart = 0.0;
         TavIec61850Parser::Timest fromStamp;
         TavIec61850Parser::Timest toStamp;
-        std::size_t budget = 0;
-        // Files whose frames could not be read again, each with the reason.
-        std::set<std::pair<std::string, std::string>> readFailures;
+        TavWaveform::TraceWindow trace;
+        TavWaveform::ReadFailures readFailures;
     };
 
     void _onGroupSelected(const IGroup* group);
@@ -63,15 +65,16 @@ private:
     void _onPixelWidthChanged(int width);
     void _onSeriesRangeChanged(float from, float to);
     void _onTreeReplaced();
-    void _noteReadFailure(Window& window, const std::string& path, const std::exception& error);
     void _tellReadFailures(const Window& window);
 
     void _postTimeRangeUpdate();
     void _updateTimeRange();
     void _dropSelections();
     void _draw();
-    void _drawSv(SvChannel& channel, const SvGroup& group, Window& window);
-    void _drawGoose(GooseChannel& channel, const GooseGroup& group, Window& window);
+    template <typename Record, typename Builder>
+    static void
+    _drawTrace(Tav::Series& serie, const TavWaveform::TraceBatch<Record, Builder>& batch,
+               const Record* stream, std::size_t index, float ratio, const Window& window);
     template <typename Selection, typename DrawOne>
     void _drawSelection(Selection& selection, Window& window, DrawOne drawOne);
 
@@ -82,7 +85,9 @@ private:
     bool drawnOnce = false;
     std::shared_ptr<Tav::UpdateViewGuard::LifetimeToken> liveness;
     // Each file and reason the user was told of, so a redraw does not tell again.
-    std::set<std::pair<std::string, std::string>> toldFailures;
+    TavWaveform::ReadFailures toldFailures;
+    // Last: destroyed first, so its worker is joined while the rest still lives.
+    std::unique_ptr<TavWaveform::SummaryStore> summaries;
 };
 
 } // namespace TavNA

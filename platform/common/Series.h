@@ -27,15 +27,22 @@ public:
     float gain = 1.0f;
     // Value of one raw sample unit; the owner applies it when filling points.
     float transformRatio = 0.0f;
+    // Points' x is in seconds after `origin`, which is in seconds on the
+    // widget's time axis: a 32-bit x then keeps sample precision however far
+    // the window lies from the axis' zero.
+    double origin = 0.0;
     std::vector<PointF> points;
+    // The points are a min/max envelope of more samples than the plot has
+    // columns: zooming in shows single samples.
+    bool envelope = false;
     // The series' place among the drawn ones; discrete series use it as lane.
     std::uint32_t ordinal = 0;
 
     sigc::signal<void()> signalChanged;       // description, colour, kind or gain changed
     sigc::signal<void()> signalPointsChanged; // the point list changed
 
-    // Ranges of the points. An empty series gives [0, 0] on both axes; a NaN
-    // coordinate is left out of its axis' range.
+    // Ranges of the points, x relative to `origin`. An empty series gives [0, 0] on both axes; a
+    // NaN coordinate is left out of its axis' range.
     void getRangeX(float& min, float& max) const override;
     void getRangeY(float& min, float& max) const override;
     void getRangeXY(float& minX, float& maxX, float& minY, float& maxY) const override;

@@ -4,14 +4,17 @@
 #include "platform/parser/CookedLinkLayer.h"
 #include "platform/parser/FileRegistry.h"
 #include "platform/parser/InflatedCapture.h"
+#include "platform/parser/MappedFile.h"
 #include "platform/parser/ParseError.h"
 #include "platform/parser/PcapReader.h"
 #include "platform/parser/PcapngReader.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -20,18 +23,22 @@ namespace TavIec61850Parser {
 
 namespace {
 
+std::atomic<bool> readThroughMapping{true};
+
 // Drawing reads thousands of frames of one file in a row; keeping that file
-// open per thread saves an open and a header read per frame. The path is
-// still stat'ed every time, so a replaced or deleted file is noticed.
+// mapped per thread spares an open, a header read and a system call per
+// frame. The path is still stat'ed for every batch, so a replaced or deleted
+// file is noticed.
 struct OpenCapture {
     std::string path;
     dev_t device = 0;
     ino_t inode = 0;
     FileVersion version; // a file rewritten in place keeps its inode
     int fd = -1;
-    std::optional<PcapHeader> pcap; // empty for pcapng
-    LinkLayout links;               // pcapng only
-    std::uint64_t dataSize = 0;     // of the file, or of a compressed file's inflated copy
+    std::unique_ptr<MappedFile> map; // null while reading with a call per frame
+    std::optional<PcapHeader> pcap;  // empty for pcapng
+    LinkLayout links;                // pcapng only
+    std::uint64_t dataSize = 0;      // of the file, or of a compressed file's inflated copy
     std::uint8_t head[kPcapFileHeaderSize] = {};
     std::size_t headSize = 0;
 
@@ -40,7 +47,25 @@ struct OpenCapture {
         if (fd >= 0)
             ::close(fd);
         fd = -1;
+        map.reset();
         path.clear();
+    }
+
+    // `n` bytes at `at`, from the mapping or read into `scratch`; fewer when
+    // the file ends first.
+    std::size_t bytesAt(std::uint64_t at, std::size_t n, std::uint8_t* scratch,
+                        const std::uint8_t*& bytes) const {
+        if (map) {
+            if (at >= map->size())
+                return 0;
+            bytes = map->data() + at;
+            return static_cast<std::size_t>(std::min<std::uint64_t>(n, map->size() - at));
+        }
+        const ssize_t got = ::pread(fd, scratch, n, static_cast<off_t>(at));
+        if (got < 0)
+            throw ParseError(path, std::string("cannot read: ") + std::strerror(errno));
+        bytes = scratch;
+        return static_cast<std::size_t>(got);
     }
 };
 
@@ -49,16 +74,18 @@ struct OpenCapture {
 }
 
 void readExactly(const OpenCapture& f, void* to, std::size_t n, std::uint64_t at) {
-    ssize_t got = ::pread(f.fd, to, n, static_cast<off_t>(at));
-    if (got < 0)
-        throw ParseError(f.path, std::string("cannot read: ") + std::strerror(errno));
-    if (static_cast<std::size_t>(got) != n)
+    const std::uint8_t* bytes = nullptr;
+    if (f.bytesAt(at, n, static_cast<std::uint8_t*>(to), bytes) != n)
         noFrame(f.path, at);
+    if (bytes != to)
+        std::memcpy(to, bytes, n);
 }
 
 // Opens the bytes the frames are read from: the file, or the inflated copy of
 // a compressed one. The header read tells which.
 void openFrames(OpenCapture& f, const std::string& from) {
+    if (f.fd >= 0)
+        ::close(f.fd);
     f.fd = ::open(from.c_str(), O_RDONLY | O_CLOEXEC);
     if (f.fd < 0)
         throw ParseError(f.path, std::string("cannot open: ") + std::strerror(errno));
@@ -73,18 +100,21 @@ void openFrames(OpenCapture& f, const std::string& from) {
 OpenCapture& openCapture(const std::string& path, const struct stat& st,
                          const FileVersion& version) {
     thread_local OpenCapture f;
-    if (f.fd >= 0 && f.path == path && f.device == st.st_dev && f.inode == st.st_ino &&
-        f.version == version)
+    const bool mapped = readThroughMapping.load(std::memory_order_relaxed);
+    if ((f.fd >= 0 || f.map) && f.path == path && f.device == st.st_dev && f.inode == st.st_ino &&
+        f.version == version && (f.map != nullptr) == mapped)
         return f;
     f.close();
     f.path = path;
     try {
-        openFrames(f, path);
+        std::string from = path;
+        openFrames(f, from);
         if (TavGzip::isGzip(f.head, f.headSize)) {
-            ::close(f.fd);
-            f.fd = -1;
-            openFrames(f, inflatedCopy(path, version));
+            from = inflatedCopy(path, version);
+            openFrames(f, from);
         }
+        if (mapped)
+            f.map = std::make_unique<MappedFile>(from, MappedFile::Access::AnyOrder);
     } catch (...) {
         f.close();
         throw;
@@ -121,13 +151,12 @@ void readPcapRecord(const OpenCapture& f, std::uint64_t offset, std::uint64_t fi
                     std::vector<std::uint8_t>& buffer) {
     if (offset < kPcapFileHeaderSize || fileSize - offset < kPcapRecordHeaderSize)
         noFrame(f.path, offset);
-    std::uint8_t chunk[kPcapRecordHeaderSize + kRecordReadAhead];
+    std::uint8_t scratch[kPcapRecordHeaderSize + kRecordReadAhead];
     const std::size_t want =
-        static_cast<std::size_t>(std::min<std::uint64_t>(sizeof chunk, fileSize - offset));
-    const ssize_t got = ::pread(f.fd, chunk, want, static_cast<off_t>(offset));
-    if (got < 0)
-        throw ParseError(f.path, std::string("cannot read: ") + std::strerror(errno));
-    if (static_cast<std::size_t>(got) < kPcapRecordHeaderSize)
+        static_cast<std::size_t>(std::min<std::uint64_t>(sizeof scratch, fileSize - offset));
+    const std::uint8_t* chunk = nullptr;
+    const std::size_t got = f.bytesAt(offset, want, scratch, chunk);
+    if (got < kPcapRecordHeaderSize)
         noFrame(f.path, offset);
     const bool big = f.pcap->bigEndian;
     std::uint32_t captured = ByteReader::load32(chunk + 8, big);
@@ -137,7 +166,7 @@ void readPcapRecord(const OpenCapture& f, std::uint64_t offset, std::uint64_t fi
     if (!plausibleRecord(captured, original) ||
         captured > fileSize - offset - kPcapRecordHeaderSize)
         noFrame(f.path, offset);
-    const std::size_t ahead = static_cast<std::size_t>(got) - kPcapRecordHeaderSize;
+    const std::size_t ahead = got - kPcapRecordHeaderSize;
     if (captured <= ahead) {
         buffer.assign(chunk + kPcapRecordHeaderSize, chunk + kPcapRecordHeaderSize + captured);
     } else {
@@ -200,6 +229,10 @@ void readAt(const OpenCapture& f, std::uint64_t offset, std::vector<std::uint8_t
 }
 
 } // namespace
+
+void FrameReader::setReadThroughMapping(bool mapped) {
+    readThroughMapping.store(mapped);
+}
 
 void FrameReader::read(const std::string& path, std::uint64_t offset,
                        std::vector<std::uint8_t>& buffer) {

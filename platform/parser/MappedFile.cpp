@@ -11,7 +11,7 @@
 
 namespace TavIec61850Parser {
 
-MappedFile::MappedFile(const std::string& path) {
+MappedFile::MappedFile(const std::string& path, Access access) {
     int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0)
         throw ParseError(path, std::string("cannot open: ") + std::strerror(errno));
@@ -30,7 +30,7 @@ MappedFile::MappedFile(const std::string& path) {
             ::close(fd);
             throw ParseError(path, std::string("cannot map: ") + std::strerror(err));
         }
-        ::madvise(p, size_, MADV_SEQUENTIAL);
+        ::madvise(p, size_, access == Access::Sequential ? MADV_SEQUENTIAL : MADV_NORMAL);
         data_ = static_cast<const std::uint8_t*>(p);
     }
     ::close(fd);

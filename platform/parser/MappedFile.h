@@ -14,11 +14,14 @@ struct FileVersion {
 };
 
 // A whole capture file mapped read-only. The parse reads it front to back, so
-// the kernel is told to read ahead and drop pages behind.
+// the kernel is then told to read ahead and drop pages behind; frames read
+// again for drawing come in any order.
 class MappedFile {
 public:
+    enum class Access { Sequential, AnyOrder };
+
     // Throws ParseError naming the file when it cannot be opened or mapped.
-    explicit MappedFile(const std::string& path);
+    explicit MappedFile(const std::string& path, Access access = Access::Sequential);
     ~MappedFile();
     MappedFile(const MappedFile&) = delete;
     MappedFile& operator=(const MappedFile&) = delete;

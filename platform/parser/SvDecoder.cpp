@@ -125,8 +125,10 @@ ASDUData copyOut(const SvAsduView& v) {
 
 } // namespace
 
-SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size, std::vector<ASDUData>* all,
-                         SeqDataRests* rests) {
+namespace {
+
+template <typename OnAsdu>
+SvFrameView decodeEach(const std::uint8_t* payload, std::size_t size, OnAsdu onAsdu) {
     SvFrameView frame;
     frame.header = decodeApduHeader(payload, size);
     BerReader outer(frame.header.pdu, frame.header.pduSize);
@@ -152,15 +154,30 @@ SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size, std::vec
             frame.first = v;
         else if (v.svId != frame.first.svId)
             frame.mixedSvIds = true;
-        if (all)
-            all->push_back(copyOut(v));
-        if (rests)
-            rests->emplace_back(v.seqData + 8 * v.valueCount(), v.seqData + v.seqDataSize);
+        onAsdu(v);
         ++frame.asduCount;
     }
     if (frame.asduCount != declared)
         malformed("noASDU disagrees with the ASDUs present");
     return frame;
+}
+
+} // namespace
+
+SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size, std::vector<ASDUData>* all,
+                         SeqDataRests* rests) {
+    return decodeEach(payload, size, [&](const SvAsduView& v) {
+        if (all)
+            all->push_back(copyOut(v));
+        if (rests)
+            rests->emplace_back(v.seqData + 8 * v.valueCount(), v.seqData + v.seqDataSize);
+    });
+}
+
+SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size,
+                         std::vector<SvAsduView>& views) {
+    views.clear();
+    return decodeEach(payload, size, [&](const SvAsduView& v) { views.push_back(v); });
 }
 
 } // namespace TavIec61850Parser

@@ -42,5 +42,8 @@ struct SvFrameView {
 // each ASDU's seqData bytes after its values. Throws MalformedFrame.
 SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size,
                          std::vector<ASDUData>* all = nullptr, SeqDataRests* rests = nullptr);
+// The same, every ASDU given as a view into the payload, with no copy.
+SvFrameView decodeSvApdu(const std::uint8_t* payload, std::size_t size,
+                         std::vector<SvAsduView>& views);
 
 } // namespace TavIec61850Parser

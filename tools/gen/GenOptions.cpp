@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <charconv>
 #include <map>
+#include <optional>
 
 namespace TavGen {
 
@@ -34,6 +35,8 @@ struct RawOptions {
     std::vector<Fault> svFaults, gooseFaults;
     bool lanPairs = false;
     CaptureVariants variants;
+    std::optional<std::uint64_t> spikeNs; // after the SV streams' start
+    std::uint64_t svStartNs = 0;          // after the capture's start
 };
 
 unsigned parseCount(const std::string& option, const std::string& text, unsigned low,
@@ -124,6 +127,10 @@ void applyValue(RawOptions& o, const std::string& name, const std::string& v) {
         o.svFaults.push_back(parseFault(v));
     else if (name == "--goose-fault")
         o.gooseFaults.push_back(parseFault(v));
+    else if (name == "--spike")
+        o.spikeNs = parseTime(name, v);
+    else if (name == "--sv-start")
+        o.svStartNs = parseTime(name, v);
     else if (name == "--other")
         o.other = parseCount(name, v, 0, 100'000'000);
     else
@@ -163,6 +170,9 @@ Scenario toScenario(const RawOptions& o) {
         c.signal.currentPeak = o.current;
         c.signal.voltagePeak = o.voltage;
         c.signal.frequency = o.frequency;
+        if (o.spikeNs)
+            c.signal.spikeAtSeconds = static_cast<double>(*o.spikeNs) / 1e9;
+        c.startOffsetNs = o.svStartNs;
         s.sv.push_back(c);
     }
     std::vector<std::uint64_t> changes = o.changesNs;
@@ -258,6 +268,8 @@ const char* usageText() {
   --asdus K                                ASDUs per frame, 1..8 [1]
   --channels C                             values per ASDU [8]
   --current A --voltage V --frequency F    peak amplitudes and frequency [100 10000 50]
+  --spike T                                one sample T s after the SV start at 3 x peak
+  --sv-start T                             SV streams begin T s after the capture's start
   --vlan ID --hsr A|B --prp A|B            tagging of SV and GOOSE frames [none]
   --goose N                                GOOSE streams [0]
   --bools B --bitstrings S                 entries of each GOOSE data set [4 0]

@@ -28,6 +28,11 @@ void SvSignal::sample(std::uint64_t n, std::uint32_t rate, std::span<std::int32_
     }
     base[3] = -(base[0] + base[1] + base[2]);
     base[7] = -(base[4] + base[5] + base[6]);
+    if (spikeAtSeconds && static_cast<double>(n) == std::round(*spikeAtSeconds * rate)) {
+        for (int c = 0; c < 8; ++c)
+            base[c] = static_cast<std::int32_t>(
+                std::lround(3 * (c < 4 ? currentPeak * 1000 : voltagePeak * 100)));
+    }
     for (std::size_t c = 0; c < out.size(); ++c)
         out[c] = base[c % 8];
 }

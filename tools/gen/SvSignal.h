@@ -22,6 +22,9 @@ struct SvSignal {
     double voltagePeak = 10000.0;
     double frequency = 50.0;
     std::optional<PhaseAFault> fault;
+    // One sample, the one nearest this time, at three times its peak on every
+    // channel: a glitch that any thinning of the curve must not hide.
+    std::optional<double> spikeAtSeconds;
 
     // Fills `out` with the values of sample `n` (time n / rate after the start);
     // channels beyond eight repeat the pattern.

@@ -24,7 +24,8 @@ std::string asduSvId(const SvStreamConfig& config, std::uint32_t index) {
 }
 
 SvStream::SvStream(const SvStreamConfig& config, std::uint64_t startNs, std::uint64_t durationNs)
-    : config_(withWholeEntries(config)), startNs_(startNs), durationNs_(durationNs),
+    : config_(withWholeEntries(config)), startNs_(startNs + config.startOffsetNs),
+      durationNs_(durationNs > config.startOffsetNs ? durationNs - config.startOffsetNs : 0),
       values_(config_.channels), qualityFrames_(config.faults.size(), 0) {
     buildTemplate();
 }

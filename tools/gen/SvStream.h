@@ -32,6 +32,9 @@ struct SvStreamConfig {
     Tagging tagging;
     SvSignal signal;
     std::vector<Fault> faults; // Synch and Quality act here, the rest in FaultySource
+    // The first frame this long after the capture's start: a long capture
+    // with samples only near its end stays small.
+    std::uint64_t startOffsetNs = 0;
 };
 
 // The frames of one SV publisher over [start, start + duration). The frame is

@@ -262,8 +262,8 @@ void Oscillograph::seriesExtent(double& from, double& to) const {
             continue;
         float min = 0.0f, max = 0.0f;
         s->getRangeX(min, max);
-        lo = std::min(lo, static_cast<double>(min));
-        hi = std::max(hi, static_cast<double>(max));
+        lo = std::min(lo, s->origin + min);
+        hi = std::max(hi, s->origin + max);
     }
     if (hi > lo) {
         from = lo;

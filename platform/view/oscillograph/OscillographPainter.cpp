@@ -268,6 +268,12 @@ void OscillographPainter::paintLegend(const Cairo::RefPtr<Cairo::Context>& cr,
         setColor(cr, Text);
         showText(cr, e.x + 16.0, e.baseline, e.series->description);
     }
+    if (layout.envelope) {
+        setColor(cr, LaneText);
+        const double width = textWidth(cr, PlotLayout::EnvelopeMark);
+        showText(cr, layout.area.width - PlotLayout::MarginRight - width,
+                 4.0 + PlotLayout::FontSize, PlotLayout::EnvelopeMark);
+    }
 }
 
 Rect OscillographPainter::readoutRect(const PlotLayout& layout, double cursorX) {
@@ -315,7 +321,7 @@ void OscillographPainter::paintCursor(const Cairo::RefPtr<Cairo::Context>& cr,
     showText(cr, box.x + 8.0, baseline, TimeAxis::label(t, resolution));
     for (const Curve& c : layout.curves) {
         // The recorded value: gain only scales how the curve is drawn.
-        const std::optional<float> v = PlotLayout::valueAt(*c.points, t);
+        const std::optional<float> v = PlotLayout::valueAt(*c.points, t - c.origin);
         if (!v)
             continue;
         baseline += PlotLayout::LineHeight;

@@ -36,6 +36,8 @@ void PlotLayout::compute(const Input& input) {
     lanes.clear();
     legend.clear();
     sortedCopies_.clear();
+    envelope = std::any_of(input.series->begin(), input.series->end(),
+                           [](const Tav::Series* s) { return s->envelope; });
     placeLegend(input);
     placeLanes(input);
     buildCurves(input);
@@ -49,7 +51,10 @@ void PlotLayout::compute(const Input& input) {
 void PlotLayout::placeLegend(const Input& input) {
     double x = MarginLeft;
     double baseline = 4.0 + FontSize;
-    const double right = std::max(area.width - MarginRight, MarginLeft + 1.0);
+    // The envelope mark stands at the right end of the legend's first line,
+    // above the plot, where it hides no part of a curve.
+    const double mark = envelope ? input.measure(EnvelopeMark) + LegendGap : 0.0;
+    const double right = std::max(area.width - MarginRight - mark, MarginLeft + 1.0);
     for (const Tav::Series* s : *input.series) {
         const double width = SwatchWidth + 4.0 + input.measure(s->description) + LegendGap;
         if (x > MarginLeft && x + width > right) {
@@ -94,7 +99,6 @@ void PlotLayout::placeLanes(const Input& input) {
 }
 
 void PlotLayout::buildCurves(const Input& input) {
-    const AxisMap time(from, to, plot.x, plot.right());
     // Curves are reused between computations: their point buffers keep their
     // storage, which spares a page fault storm on every frame of a drag.
     curves.resize(input.series->size());
@@ -113,7 +117,11 @@ void PlotLayout::buildCurves(const Input& input) {
                              [](const Tav::PointF& a, const Tav::PointF& b) { return a.x < b.x; });
             curve.points = &copy;
         }
-        const Decimator::Span span = Decimator::visible(*curve.points, from, to);
+        // In the series' own x, so that no precision is lost before mapping.
+        curve.origin = s->origin;
+        const AxisMap time(from - curve.origin, to - curve.origin, plot.x, plot.right());
+        const Decimator::Span span =
+            Decimator::visible(*curve.points, from - curve.origin, to - curve.origin);
         curve.dense = static_cast<double>(span.last - span.first) > plot.width;
         Decimator::decimate(*curve.points, span, time, curve.gain, curve.pixels);
     }

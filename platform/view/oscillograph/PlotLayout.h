@@ -31,6 +31,7 @@ struct Curve {
     const Tav::Series* series = nullptr;
     // Points sorted by time: the series' own or a sorted copy held by the layout.
     const std::vector<Tav::PointF>* points = nullptr;
+    double origin = 0.0; // the series' origin: points' x count from it
     bool discrete = false;
     // More points than columns: drawn as one bar per column rather than a polyline.
     bool dense = false;
@@ -60,6 +61,9 @@ public:
     static constexpr double MarginBottom = 26.0;
     static constexpr double LineHeight = 15.0;
     static constexpr double FontSize = 11.0;
+    // Shown at the right of the legend while a curve is an envelope.
+    static constexpr const char* EnvelopeMark =
+        "Огибающая (min/max): приблизьте, чтобы увидеть отсчёты";
 
     struct Input {
         int width = 0;
@@ -88,6 +92,7 @@ public:
     double valueLo = -1.0;
     double valueHi = 1.0;
     bool hasAnalog = false;
+    bool envelope = false;   // some curve is drawn as a min/max envelope
     CoordinateMapper mapper; // time over the plot, values over the analogue area
     TickSet timeTicks;
     TickSet valueTicks;

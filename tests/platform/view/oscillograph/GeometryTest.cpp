@@ -148,13 +148,14 @@ struct LayoutFixture : testing::Test {
         all = {&voltage, &current, &breaker, &alarm};
     }
 
-    PlotLayout compute(std::optional<std::pair<double, double>> values = std::nullopt) {
+    PlotLayout compute(std::optional<std::pair<double, double>> values = std::nullopt,
+                       double from = 0.0, double to = 1.0) {
         PlotLayout layout;
         PlotLayout::Input in;
         in.width = 800;
         in.height = 500;
-        in.from = 0.0;
-        in.to = 1.0;
+        in.from = from;
+        in.to = to;
         in.series = &all;
         in.valueRange = values;
         in.measure = charWidth;
@@ -208,6 +209,29 @@ TEST_F(LayoutFixture, UnsortedPointsAreDrawnInTimeOrder) {
     EXPECT_EQ(PlotLayout::valueAt(*c.points, 0.15), 3.0f);
     EXPECT_EQ(PlotLayout::valueAt(*c.points, 0.65), 1.0f);
     EXPECT_EQ(PlotLayout::valueAt(*c.points, 0.05), std::nullopt);
+}
+
+TEST_F(LayoutFixture, PointsCountFromTheirSeriesOriginAndAnEnvelopeIsMarked) {
+    // Two hours in, samples 69.4 us apart: 32-bit x from the axis' zero could
+    // not tell them apart, x from the series' origin can.
+    const double origin = 7199.5, step = 1.0 / 14400;
+    voltage.origin = origin;
+    voltage.points.clear();
+    for (int n = 0; n < 29; ++n)
+        voltage.points.push_back({static_cast<float>(n * step), static_cast<float>(n)});
+    all = {&voltage};
+    PlotLayout layout = compute(std::nullopt, origin, origin + 0.002);
+    EXPECT_FALSE(layout.envelope);
+    const Curve& c = layout.curves[0];
+    ASSERT_EQ(c.pixels.size(), 29u);
+    for (int n = 0; n < 29; ++n)
+        EXPECT_NEAR(c.pixels[n].x, layout.mapper.timeToX(origin + n * step), 1e-3) << n;
+    // The readout finds the sample in force at a time on the widget's axis.
+    EXPECT_EQ(PlotLayout::valueAt(*c.points, origin + 10.5 * step - c.origin), 10.0f);
+
+    voltage.envelope = true;
+    layout = compute(std::nullopt, origin, origin + 0.002);
+    EXPECT_TRUE(layout.envelope);
 }
 
 bool isRoundStep(double step) {

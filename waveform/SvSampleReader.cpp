@@ -1,0 +1,30 @@
+#include "waveform/SvSampleReader.h"
+
+#include "platform/parser/EthernetDecoder.h"
+#include "platform/parser/ParseError.h"
+
+namespace TavWaveform {
+
+bool SvSampleReader::decode(const std::vector<std::uint8_t>& bytes) {
+    using namespace TavIec61850Parser;
+    EthernetFrame eth;
+    if (!decodeEthernet(bytes.data(), bytes.size(), eth) || eth.etherType != kEtherTypeSv)
+        return false;
+    try {
+        decodeSvApdu(eth.payload, eth.payloadSize, views_);
+    } catch (const MalformedFrame&) {
+        return false;
+    }
+    if (views_.empty())
+        return false;
+    // A frame may carry ASDUs of other publishers' data sets; the stream is
+    // the one of its first ASDU's svID, and only its ASDUs are its samples.
+    const auto svId = views_.front().svId;
+    std::erase_if(views_, [&](const SvAsduView& v) { return v.svId != svId; });
+    // The first frame read sets the clock: its counters tell the sample rate.
+    if (!clock_)
+        clock_.emplace(views_.front().counters, spacingNs_, asdusPerFrame_);
+    return true;
+}
+
+} // namespace TavWaveform
