@@ -1,5 +1,7 @@
 #include "presenter/PackageListPresenter.h"
 
+#include "presenter/StreamOrder.h"
+
 #include <sigc++/functors/mem_fun.h>
 #include <string>
 
@@ -51,7 +53,9 @@ void PackageListPresenter::_addStreams(Proto& proto,
                                        std::vector<std::unique_ptr<Presenter>>& presenters,
                                        Tav::PointerConnectionsDispatcher& connections,
                                        void (IPackageListView::*addStream)(Tav::IView*)) {
-    for (const auto& group : proto.getGroups().getItems()) {
+    // The protocol keeps its groups in no useful order; the list shows them
+    // in one a person can scan.
+    for (auto* group : inListOrder(proto.getGroups().getItems())) {
         presenters.push_back(std::make_unique<Presenter>(*group));
         Presenter& stream = *presenters.back();
         connections.connect(&stream, stream.signalSelected.connect(
