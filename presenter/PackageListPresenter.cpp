@@ -34,6 +34,7 @@ void PackageListPresenter::_onModelUpdated() {
 }
 
 void PackageListPresenter::_rebuild() {
+    _stopFillingChannels();
     view->clear();
     auto& svGroups = model.getSvProto().getGroups();
     if (!svGroups.empty()) {
@@ -58,10 +59,26 @@ void PackageListPresenter::_addStreams(Proto& proto,
     for (auto* group : inListOrder(proto.getGroups().getItems())) {
         presenters.push_back(std::make_unique<Presenter>(*group));
         Presenter& stream = *presenters.back();
+        stream.setChannelsGuard(
+            [this, generation = model.getGeneration()] { return _channelsAlive(generation); });
         connections.connect(&stream, stream.signalSelected.connect(
                                          sigc::mem_fun(*this, &PackageListPresenter::_onSelected)));
         (view.get()->*addStream)(stream.getView());
     }
+}
+
+// Channel buttons still being made point into the tree of their update. That
+// tree goes when a newer update comes, and the worker may replace it only
+// once the list has been greyed out, so either ends the making.
+bool PackageListPresenter::_channelsAlive(std::uint64_t generation) const {
+    return generation == model.getGeneration() && view->is_sensitive();
+}
+
+void PackageListPresenter::_stopFillingChannels() {
+    for (auto& stream : svStreams)
+        stream->getChannelsPresenter().stopFilling();
+    for (auto& stream : gooseStreams)
+        stream->getChannelsPresenter().stopFilling();
 }
 
 // The earlier pick is unmarked even when it is the same entry: the entry marks

@@ -34,6 +34,8 @@ private:
     void _onModelUpdated();
     void _rebuild();
     void _onSelected(ISelectable* item, const IGroup* group);
+    bool _channelsAlive(std::uint64_t generation) const;
+    void _stopFillingChannels();
     template <typename Presenter, typename Proto>
     void _addStreams(Proto& proto, std::vector<std::unique_ptr<Presenter>>& presenters,
                      Tav::PointerConnectionsDispatcher& connections,

@@ -18,7 +18,9 @@ template <typename Interface> void StreamChannelsView<Interface>::addView(Tav::I
     if (widget == nullptr)
         return;
     add(*widget);
-    show_all();
+    // Only the new button: showing the whole box again would walk every
+    // button already there, once per button added.
+    widget->show_all();
 }
 
 template class StreamChannelsView<ISvStreamChannelsView>;
