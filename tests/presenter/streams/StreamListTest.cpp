@@ -163,10 +163,10 @@ TEST_P(ChannelNaming, FollowsTheValueCount) {
     // The boxes show the names in index order, and a second pick makes nothing new.
     auto& boxes = entry.getChannelsPresenter();
     ASSERT_EQ(boxes.getEntries().size(), looks.size());
-    auto children = boxes.getViewObj().get_children();
+    auto children = boxes.getViewObj().cells();
     ASSERT_EQ(children.size(), looks.size());
     for (std::size_t i = 0; i < looks.size(); ++i) {
-        auto* cell = dynamic_cast<Gtk::FlowBoxChild*>(children[i]);
+        auto* cell = children[i];
         ASSERT_NE(cell, nullptr);
         EXPECT_EQ(cell->get_child(), &boxes.getEntries()[i]->getViewObj());
         EXPECT_EQ(boxes.getEntries()[i]->getViewObj().checkButton().get_label(), looks[i].name);
