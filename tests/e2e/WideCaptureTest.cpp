@@ -110,7 +110,13 @@ TEST_F(WideCapture, AHundredStreamsFitTheScreenAndTheLastOneCanBePicked) {
         const std::string caption =
             onUi([&] { return std::string(streamButton(last)->get_label()); });
         user.click(caption);
-        waitFor("the channels of TavnaGOOSE59", [&] { return user.channels().size() == 4; });
+        // The boxes open below the entry, at the end of the list: scroll on.
+        waitFor("the channels of TavnaGOOSE59", [&] {
+            if (user.channels().size() == 4)
+                return true;
+            user.hands.wheel(inList, -5);
+            return false;
+        });
 
         const Rect plot = user.plot();
         const auto before = onUi([&] { return ScreenImage::grab(plot); });
