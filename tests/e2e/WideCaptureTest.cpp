@@ -63,18 +63,6 @@ void expectWindowFitsTheScreen(const char* when) {
     });
 }
 
-// Check boxes made so far, on screen or scrolled away.
-int checkBoxes() {
-    return onUi([] {
-        int n = 0;
-        forEachWidget([&](Gtk::Widget& w) {
-            if (dynamic_cast<Gtk::CheckButton*>(&w) != nullptr && w.get_visible())
-                ++n;
-        });
-        return n;
-    });
-}
-
 class WideCapture : public testing::Test {
 protected:
     void SetUp() override {
@@ -157,12 +145,12 @@ TEST_F(WideCapture, TenThousandChannelsComeWithoutStallingTheWindow) {
         user.waitForLoad("wide10000.pcap");
         waitFor("the stream", [&] { return user.streams().size() == 1; });
         onUi([&] { probe = std::make_unique<MainLoopProbe>(10ms); });
-        const auto picked = user.hands.click(user.whereIs(user.streams().front()));
+        const auto picked = user.click(user.streams().front());
         waitFor(
             "the first check boxes", [&] { return !user.channels().empty(); }, 30s);
         firstBoxes = Clock::now() - picked;
         waitFor(
-            "all ten thousand check boxes", [&] { return checkBoxes() == 10000; }, 120s);
+            "all ten thousand check boxes", [&] { return user.channelBoxes() == 10000; }, 120s);
         allBoxes = Clock::now() - picked;
         onUi([&] {
             worstLateness = probe->worstLateness();
