@@ -1,5 +1,7 @@
 #include "presenter/PackageListPresenter.h"
 
+#include "presenter/StreamOrder.h"
+
 #include <sigc++/functors/mem_fun.h>
 #include <string>
 
@@ -26,6 +28,7 @@ void PackageListPresenter::_onModelUpdated() {
 }
 
 void PackageListPresenter::_rebuild() {
+    _stopFillingChannels();
     view->clear();
     _retireEntries();
     auto& svGroups = model.getSvProto().getGroups();
@@ -46,9 +49,13 @@ void PackageListPresenter::_addStreams(Proto& proto,
                                        std::vector<std::unique_ptr<Presenter>>& presenters,
                                        Tav::PointerConnectionsDispatcher& connections,
                                        void (IPackageListView::*addStream)(Tav::IView*)) {
-    for (const auto& group : proto.getGroups().getItems()) {
+    // The protocol keeps its groups in no useful order; the list shows them
+    // in one a person can scan.
+    for (auto* group : inListOrder(proto.getGroups().getItems())) {
         presenters.push_back(std::make_unique<Presenter>(*group));
         Presenter& stream = *presenters.back();
+        // A load that begins is about to free the tree the boxes point into.
+        stream.setChannelsGuard([this] { return !load.isRunning(); });
         connections.connect(&stream, stream.signalSelected.connect(
                                          sigc::mem_fun(*this, &PackageListPresenter::_onSelected)));
         (view.get()->*addStream)(stream.getView());
@@ -70,6 +77,13 @@ void PackageListPresenter::_retireEntries() {
         retired->first.clear();
         retired->second.clear();
     });
+}
+
+void PackageListPresenter::_stopFillingChannels() {
+    for (auto& stream : svStreams)
+        stream->getChannelsPresenter().stopFilling();
+    for (auto& stream : gooseStreams)
+        stream->getChannelsPresenter().stopFilling();
 }
 
 // The earlier pick is unmarked even when it is the same entry: the entry marks

@@ -39,6 +39,7 @@ private:
     void _rebuild();
     void _retireEntries();
     void _onSelected(ISelectable* item, const IGroup* group);
+    void _stopFillingChannels();
     template <typename Presenter, typename Proto>
     void _addStreams(Proto& proto, std::vector<std::unique_ptr<Presenter>>& presenters,
                      Tav::PointerConnectionsDispatcher& connections,

@@ -118,8 +118,11 @@ template <typename Traits> void StreamPresenter<Traits>::_createChannels() {
         channel.setName("");
     }
     Traits::nameChannels(group, record);
+    std::vector<typename Group::Channel*> made;
+    made.reserve(collection.getItems().size());
     for (const auto& channel : collection.getItems())
-        channels.addView(channels.add(*channel).getView());
+        made.push_back(channel.get());
+    channels.fill(std::move(made), channelsAlive);
 }
 
 template class StreamPresenter<SvStreamTraits>;

@@ -53,6 +53,11 @@ public:
     View* getViewObj() { return view.get(); }
     Group& getModel() const { return group; }
     ChannelsPresenter& getChannelsPresenter() { return channels; }
+    // Tells the channel buttons still being made whether the stream's
+    // channels are alive; without it they are taken to be.
+    void setChannelsGuard(typename ChannelsPresenter::Guard alive) {
+        channelsAlive = std::move(alive);
+    }
 
     sigc::signal<void(ISelectable*, const IGroup*)> signalSelected;
 
@@ -63,6 +68,7 @@ private:
     Group& group;
     std::unique_ptr<View> view;
     ChannelsPresenter channels;
+    typename ChannelsPresenter::Guard channelsAlive;
 };
 
 extern template class StreamPresenter<SvStreamTraits>;

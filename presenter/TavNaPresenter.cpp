@@ -118,7 +118,11 @@ void TavNaPresenter::_init() {
         packageList->setPreferredSize(300, 200);
     Tav::IPanelView* description =
         _newPanel(descriptionTitle, 1, recordDescriptionPresenter->getView(), nullptr);
-    _newPanel(diagnosticsTitle, 1, diagnosticsPresenter->getView(), description);
+    // Wide enough for its longest lines before anything is picked; the
+    // diagnostics go below it, so the plot keeps most of the width.
+    if (description != nullptr)
+        description->setPreferredSize(300, 420);
+    _newPanel(diagnosticsTitle, 3, diagnosticsPresenter->getView(), description);
     _newPanel(oscillographTitle, 3, oscillographPresenter->getView(), nullptr);
 
     fileManagerPresenter.reset();

@@ -4,21 +4,58 @@
 
 namespace TavNA {
 
-template <typename Interface> StreamChannelsView<Interface>::StreamChannelsView() {
-    set_orientation(Gtk::ORIENTATION_HORIZONTAL);
-    set_selection_mode(Gtk::SELECTION_NONE);
+template <typename Interface>
+StreamChannelsView<Interface>::StreamChannelsView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL, 0) {
     set_halign(Gtk::ALIGN_START);
     set_hexpand(false);
     set_vexpand(false);
-    set_min_children_per_line(5);
+}
+
+template <typename Interface> StreamChannelsView<Interface>::~StreamChannelsView() {
+    for (auto& box : boxes) {
+        for (Gtk::Widget* cell : box->get_children())
+            if (auto* child = dynamic_cast<Gtk::FlowBoxChild*>(cell); child && child->get_child())
+                child->remove();
+        remove(*box);
+    }
+}
+
+template <typename Interface> Gtk::FlowBox& StreamChannelsView<Interface>::_boxWithRoom() {
+    if (boxes.empty() || inLastBox >= kButtonsPerBox) {
+        auto box = std::make_unique<Gtk::FlowBox>();
+        box->set_orientation(Gtk::ORIENTATION_HORIZONTAL);
+        box->set_selection_mode(Gtk::SELECTION_NONE);
+        box->set_halign(Gtk::ALIGN_START);
+        box->set_hexpand(false);
+        box->set_vexpand(false);
+        box->set_min_children_per_line(5);
+        pack_start(*box, false, false, 0);
+        box->show();
+        boxes.push_back(std::move(box));
+        inLastBox = 0;
+    }
+    return *boxes.back();
 }
 
 template <typename Interface> void StreamChannelsView<Interface>::addView(Tav::IView* view) {
     Gtk::Widget* widget = Tav::GtkWidgetHelper::toWidget(view);
     if (widget == nullptr)
         return;
-    add(*widget);
-    show_all();
+    _boxWithRoom().add(*widget);
+    ++inLastBox;
+    // Only the new button: showing everything again would walk every button
+    // already there, once per button added.
+    widget->show_all();
+    show();
+}
+
+template <typename Interface>
+std::vector<Gtk::FlowBoxChild*> StreamChannelsView<Interface>::cells() {
+    std::vector<Gtk::FlowBoxChild*> all;
+    for (auto& box : boxes)
+        for (Gtk::Widget* cell : box->get_children())
+            all.push_back(dynamic_cast<Gtk::FlowBoxChild*>(cell));
+    return all;
 }
 
 template class StreamChannelsView<ISvStreamChannelsView>;

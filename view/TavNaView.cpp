@@ -2,6 +2,10 @@
 
 #include "platform/view/GtkWidgetHelper.h"
 
+#include <algorithm>
+#include <gdkmm/display.h>
+#include <gdkmm/monitor.h>
+
 namespace TavNA {
 
 TavNaView::TavNaView() {
@@ -19,8 +23,29 @@ TavNaView::TavNaView() {
     signal_delete_event().connect(sigc::mem_fun(*this, &TavNaView::_onClose));
 }
 
+// The first size leaves a margin of the work area for what else is on the
+// desktop; the panels scroll, so nothing inside needs the window larger.
+void TavNaView::_fitToScreen() {
+    auto display = Gdk::Display::get_default();
+    if (!display)
+        return;
+    auto monitor = display->get_primary_monitor();
+    if (!monitor && display->get_n_monitors() > 0)
+        monitor = display->get_monitor(0);
+    if (!monitor)
+        return;
+    Gdk::Rectangle area;
+    monitor->get_workarea(area);
+    if (area.get_width() <= 0 || area.get_height() <= 0)
+        return;
+    set_default_size(std::max(1, area.get_width() * 9 / 10),
+                     std::max(1, area.get_height() * 9 / 10));
+}
+
 void TavNaView::show(Tav::IView* parent, const std::string& title) {
     Tav::Window::set_title(title);
+    if (!get_realized())
+        _fitToScreen();
     if (Gtk::Window* owner = Tav::GtkWidgetHelper::getParentWindow(parent); owner && owner != this)
         set_transient_for(*owner);
     show_all();

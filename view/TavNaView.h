@@ -24,6 +24,7 @@ public:
 
 private:
     bool _onClose(GdkEventAny* event);
+    void _fitToScreen();
     static void _replaceChildren(Gtk::Box& box, Tav::IView* view);
 
     Gtk::Box mainBox{Gtk::ORIENTATION_HORIZONTAL, 0};

@@ -6,6 +6,7 @@
 // the paint that shows its curve; last, show the whole capture with a double
 // click and time its paint. Prints medians and worst cases over runs.
 #include "bench/BenchCapture.h"
+#include "bench/BenchFigures.h"
 #include "platform/view/oscillograph/Oscillograph.h"
 #include "tools/session/Display.h"
 #include "tools/session/HostSession.h"
@@ -31,10 +32,6 @@ using namespace TavSession;
 using namespace std::chrono_literals;
 
 constexpr int Runs = 5;
-
-double msSince(Clock::time_point from, Clock::time_point to) {
-    return std::chrono::duration<double, std::milli>(to - from).count();
-}
 
 // The last paint of the plot and how many curves it drew; written on the
 // main thread, read by the person.
@@ -112,17 +109,6 @@ void oneRun(const std::string& capture, Figures& figures) {
         onUi([&] { paints.stop(); });
         user.closeMainWindow();
     });
-}
-
-double median(std::vector<double> v) {
-    std::sort(v.begin(), v.end());
-    return v.size() % 2 == 1 ? v[v.size() / 2] : (v[v.size() / 2 - 1] + v[v.size() / 2]) / 2;
-}
-
-void report(const char* what, const std::vector<double>& values, double target) {
-    std::printf("%-50s median %8.1f ms  worst %8.1f ms  target %5.0f ms  (%zu samples)\n", what,
-                median(values), *std::max_element(values.begin(), values.end()), target,
-                values.size());
 }
 
 } // namespace

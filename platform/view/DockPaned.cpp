@@ -48,7 +48,14 @@ void DockPaned::on_size_allocate(Gtk::Allocation& allocation) {
         const auto second = startExtent(get_child2(), naturalSecond_);
         const bool bothShown = get_child1() != nullptr && get_child1()->get_visible() &&
                                get_child2() != nullptr && get_child2()->get_visible();
-        if (bothShown && first)
+        // Two parts that both grow with the window and both ask share the
+        // room in the ratio they asked for.
+        const bool bothGrow = bothShown && child_property_resize(*get_child1()).get_value() &&
+                              child_property_resize(*get_child2()).get_value();
+        if (bothGrow && first && second && *first + *second > 0)
+            set_position(
+                static_cast<int>(static_cast<long long>(total) * *first / (*first + *second)));
+        else if (bothShown && first)
             set_position(std::min(*first, total));
         else if (bothShown && second)
             set_position(std::max(0, total - *second));

@@ -31,11 +31,28 @@ PanelView::PanelView(const std::string& title, Gtk::Widget* content)
 
     revealer_.set_transition_type(Gtk::REVEALER_TRANSITION_TYPE_NONE);
     revealer_.set_reveal_child(true);
+    // The content's natural width still reaches the layout, so side columns
+    // start wide enough for their text; its height does not, so a long list
+    // scrolls instead of stretching the window.
+    scroller_.set_policy(Gtk::POLICY_AUTOMATIC, Gtk::POLICY_AUTOMATIC);
+    scroller_.set_propagate_natural_width(true);
+    scroller_.set_propagate_natural_height(false);
+    scroller_.set_hexpand(true);
+    scroller_.set_vexpand(true);
     if (content != nullptr) {
         content->set_hexpand(true);
         content->set_vexpand(true);
-        revealer_.add(*content);
+        if (dynamic_cast<Gtk::Scrollable*>(content) != nullptr) {
+            scroller_.add(*content);
+        } else {
+            viewport_ = std::make_unique<Gtk::Viewport>(scroller_.get_hadjustment(),
+                                                        scroller_.get_vadjustment());
+            viewport_->set_shadow_type(Gtk::SHADOW_NONE);
+            viewport_->add(*content);
+            scroller_.add(*viewport_);
+        }
     }
+    revealer_.add(scroller_);
     pack_start(revealer_, true, true);
 }
 
@@ -44,8 +61,10 @@ PanelView::~PanelView() {
 }
 
 void PanelView::releaseContent() {
-    if (revealer_.get_child() != nullptr)
-        revealer_.remove();
+    if (viewport_ != nullptr && viewport_->get_child() != nullptr)
+        viewport_->remove();
+    else if (viewport_ == nullptr && scroller_.get_child() != nullptr)
+        scroller_.remove();
 }
 
 void PanelView::setMinimumSize(int width, int height) {

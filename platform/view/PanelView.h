@@ -7,6 +7,9 @@
 #include <gtkmm/image.h>
 #include <gtkmm/label.h>
 #include <gtkmm/revealer.h>
+#include <gtkmm/scrolledwindow.h>
+#include <gtkmm/viewport.h>
+#include <memory>
 #include <optional>
 
 namespace Tav {
@@ -23,7 +26,8 @@ public:
 std::optional<int> preferredExtentOf(const Gtk::Widget* widget, Gtk::Orientation orientation);
 
 // A panel: a title bar with a collapse button above a content view that some
-// presenter owns. The panel never destroys its content.
+// presenter owns. The panel never destroys its content. The content scrolls
+// inside the panel, so however much it holds, the window need not grow.
 class PanelView : public Gtk::Box, public IPanelView, public IPreferredExtent {
 public:
     PanelView(const std::string& title, Gtk::Widget* content);
@@ -57,6 +61,9 @@ private:
     Gtk::Button collapseButton_;
     Gtk::Image collapseImage_;
     Gtk::Revealer revealer_;
+    Gtk::ScrolledWindow scroller_;
+    // Only for content that cannot scroll by itself.
+    std::unique_ptr<Gtk::Viewport> viewport_;
     bool collapsed_ = false;
     int minWidth_ = 0;
     int minHeight_ = 0;

@@ -93,10 +93,10 @@ TEST_F(Session, OpenPickTickZoomRemoveSwitchCancelAndClose) {
         // The file's row shows before its streams do: both come from the load.
         user.waitForLoad("demo_substation.pcap");
         waitFor("the demo's streams", [&] { return user.streams().size() == 4; });
-        EXPECT_THAT(user.streams(), ElementsAre("01:0c:cd:04:00:01 Bay2MU01 | 4.0K",
-                                                "01:0c:cd:04:00:00 Bay1MU01 | 4.0K",
-                                                "01:0c:cd:01:00:01 BAY1CTRLPosition | 17",
-                                                "01:0c:cd:01:00:00 BAY1PROTTrip | 17"));
+        EXPECT_THAT(user.streams(), ElementsAre("01:0c:cd:04:00:00 Bay1MU01 | 4.0K",
+                                                "01:0c:cd:04:00:01 Bay2MU01 | 4.0K",
+                                                "01:0c:cd:01:00:00 BAY1PROTTrip | 17",
+                                                "01:0c:cd:01:00:01 BAY1CTRLPosition | 17"));
         EXPECT_TRUE(user.sees("SV (2)") && user.sees("GOOSE (2)"));
         EXPECT_THAT(user.description(), IsEmpty());
 

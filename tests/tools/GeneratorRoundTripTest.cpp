@@ -319,6 +319,14 @@ const std::vector<Case> kCases{
      .changesMs = {5},
      .simulation = true,
      .other = 3},
+    // As wide as the 16-bit APDU length allows, and a GOOSE data set of ten
+    // thousand entries: what a crafted capture may hold.
+    {.name = "pcap_wide_data_sets",
+     .durationMs = 2,
+     .sv = 1,
+     .channels = 8000,
+     .goose = 1,
+     .bools = 10000},
     {.name = "pcap_hsr_a_long_goose_retransmission",
      .durationMs = 3500,
      .hsr = 'A',

@@ -13,6 +13,10 @@ namespace TavGen {
 namespace {
 
 constexpr unsigned kMaxStreams = 256;
+// Far beyond any real data set, for crafted wide streams: as many values as
+// an SV APDU's 16-bit length allows, and GOOSE data sets of that scale.
+constexpr unsigned kMaxChannels = 8000;
+constexpr unsigned kMaxGooseEntries = 16000;
 
 // The options as given, before they become stream configurations.
 struct RawOptions {
@@ -102,7 +106,7 @@ void applyValue(RawOptions& o, const std::string& name, const std::string& v) {
     else if (name == "--asdus")
         o.asdus = parseCount(name, v, 1, 8);
     else if (name == "--channels")
-        o.channels = parseCount(name, v, 1, 128);
+        o.channels = parseCount(name, v, 1, kMaxChannels);
     else if (name == "--current")
         o.current = parsePositive(name, v);
     else if (name == "--voltage")
@@ -118,7 +122,7 @@ void applyValue(RawOptions& o, const std::string& name, const std::string& v) {
     else if (name == "--goose")
         o.goose = parseCount(name, v, 0, kMaxStreams);
     else if (name == "--bools")
-        o.booleans = parseCount(name, v, 0, 1000);
+        o.booleans = parseCount(name, v, 0, kMaxGooseEntries);
     else if (name == "--bitstrings")
         o.bitStrings = parseCount(name, v, 0, 1000);
     else if (name == "--change")
@@ -266,13 +270,14 @@ const char* usageText() {
   --sv N                                   SV streams [0]
   --rate 4000|4800|14400                   samples per second [4000]
   --asdus K                                ASDUs per frame, 1..8 [1]
-  --channels C                             values per ASDU [8]
+  --channels C                             values per ASDU, 1..8000 [8]
   --current A --voltage V --frequency F    peak amplitudes and frequency [100 10000 50]
   --spike T                                one sample T s after the SV start at 3 x peak
   --sv-start T                             SV streams begin T s after the capture's start
   --vlan ID --hsr A|B --prp A|B            tagging of SV and GOOSE frames [none]
   --goose N                                GOOSE streams [0]
-  --bools B --bitstrings S                 entries of each GOOSE data set [4 0]
+  --bools B --bitstrings S                 entries of each GOOSE data set [4 0],
+                                           B up to 16000
   --change T                               (repeatable) state change T s after start
   --simulation                             simulation flag in SV and GOOSE
   --unsynchronised                         smpSynch 0 in SV (not synchronised)

@@ -81,8 +81,8 @@ Point Person::whereIs(const std::string& text) {
     return onUi([&] { return visibleRect(named(text)).centre(); });
 }
 
-void Person::click(const std::string& text) {
-    hands.click(aim(
+Clock::time_point Person::click(const std::string& text) {
+    return hands.click(aim(
         "\"" + text + "\"", [&] { return findByText(text); }, centreOf));
 }
 
@@ -180,6 +180,17 @@ std::vector<std::string> Person::channels() {
         for (auto* box : showingWidgets<Gtk::CheckButton>())
             names.push_back(box->get_label());
         return names;
+    });
+}
+
+int Person::channelBoxes() {
+    return onUi([] {
+        int n = 0;
+        forEachWidget([&](Gtk::Widget& w) {
+            if (dynamic_cast<Gtk::CheckButton*>(&w) != nullptr && w.get_visible())
+                ++n;
+        });
+        return n;
     });
 }
 

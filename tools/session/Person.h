@@ -29,7 +29,9 @@ public:
 
     bool sees(const std::string& text);
     Point whereIs(const std::string& text);
-    void click(const std::string& text);
+    // Waits for the target to take a click, as a person waits for a greyed-out
+    // list; returns the moment the button went up.
+    Clock::time_point click(const std::string& text);
 
     // "Файл" → "Открыть", the path typed into the file chooser, its
     // "Открыть" button. Returns when the chooser has gone, with the moment
@@ -46,6 +48,9 @@ public:
     std::vector<std::string> description();
     // Captions of the channel check boxes on screen, and clicks on them.
     std::vector<std::string> channels();
+    // Check boxes made so far, on screen or scrolled away: what a long list of
+    // channels holds. Walks every widget on the main thread.
+    int channelBoxes();
     // Returns the moment the check box was released.
     Clock::time_point tick(const std::string& channel);
     // The image button on the file's row in "Файлы".

@@ -88,9 +88,10 @@ TEST_F(PanelManagerTest, PanelsSitWhereTheirPositionsSay) {
     int minimum = 0, natural = 0;
     widgetOf(description_).get_preferred_width(minimum, natural);
     EXPECT_EQ(description.width, natural);
-    // Preferred sizes: 300 wide column, list 200 high.
+    // Preferred sizes: 300 wide column; list and files both grow with the
+    // window, so they share its height 200 : 100.
     EXPECT_EQ(list.width, 300);
-    EXPECT_EQ(list.height, 200);
+    EXPECT_EQ(list.height, window_->get_allocated_height() * 200 / 300);
     EXPECT_EQ(manager_->panels().size(), 4u);
     EXPECT_EQ(manager_->panels()[3]->title(), "Файлы");
 }
@@ -98,19 +99,35 @@ TEST_F(PanelManagerTest, PanelsSitWhereTheirPositionsSay) {
 TEST_F(PanelManagerTest, APanelCollapsesToItsTitleBarAndComesBack) {
     auto* panel = dynamic_cast<Tav::PanelView*>(files_);
     const int before = place(files_).height;
+    const int listBefore = place(list_).height;
     panel->collapseButton().clicked();
     EXPECT_TRUE(files_->isCollapsed());
     // Its room goes to the panel above it; the bar stays at the bottom.
-    ASSERT_TRUE(TavTest::pumpUntil([&] { return place(list_).height > 200; }));
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return place(list_).height > listBefore; }));
     EXPECT_FALSE(filesView_.get_mapped());
     EXPECT_LT(place(files_).height, before);
     EXPECT_EQ(place(files_).bottom(), window_->get_allocated_height());
 
     panel->collapseButton().clicked();
     EXPECT_FALSE(files_->isCollapsed());
-    ASSERT_TRUE(TavTest::pumpUntil([&] { return place(list_).height == 200; }));
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return place(list_).height == listBefore; }));
     EXPECT_TRUE(filesView_.get_mapped());
     EXPECT_EQ(place(files_).height, before);
+}
+
+// However tall or wide the content grows, it scrolls inside its panel and
+// the window asks for no more room.
+TEST_F(PanelManagerTest, ContentScrollsInsideItsPanel) {
+    listView_.set_size_request(2000, 5000);
+    TavTest::pumpPending();
+    int minimum = 0, natural = 0;
+    window_->get_preferred_height(minimum, natural);
+    EXPECT_LT(minimum, 600);
+    EXPECT_LT(natural, 600);
+    window_->get_preferred_width(minimum, natural);
+    EXPECT_LT(minimum, 600);
+    EXPECT_EQ(window_->get_allocated_height(), 800);
+    EXPECT_LT(place(list_).height, 800);
 }
 
 TEST_F(PanelManagerTest, AMinimumSizeHolds) {

@@ -10,6 +10,7 @@
 #include <gtkmm/flowboxchild.h>
 #include <gtkmm/label.h>
 
+#include <cstdio>
 #include <map>
 #include <string>
 #include <vector>
@@ -73,6 +74,24 @@ TEST_F(StreamList, ShowsOnlyTheSectionsOfProtocolsPresent) {
     EXPECT_EQ(sectionTitles(mixedList.getViewObj()),
               (std::vector<std::string>{"SV (2)", "GOOSE (2)"}));
     EXPECT_EQ(mixedList.getSvStreams().size(), 2u);
+}
+
+// The protocol's container keeps them in hash order; the list must not.
+TEST_F(StreamList, StreamsComeInTheOrderOfTheirDestinationMac) {
+    loaded.open(generated("sv12goose12", {"--sv", "12", "--goose", "12", "--duration", "0.05"}));
+    ASSERT_EQ(list.getSvStreams().size(), 12u);
+    ASSERT_EQ(list.getGooseStreams().size(), 12u);
+    for (std::size_t i = 0; i < 12; ++i) {
+        char svCaption[64], gooseCaption[64];
+        std::snprintf(svCaption, sizeof svCaption, "01:0c:cd:04:00:%02zx TavnaSV%02zu", i, i);
+        std::snprintf(gooseCaption, sizeof gooseCaption, "01:0c:cd:01:00:%02zx TavnaGOOSE%02zu", i,
+                      i);
+        EXPECT_EQ(std::string(sv(i).getViewObj()->nameButton().get_label()).rfind(svCaption, 0), 0u)
+            << sv(i).getViewObj()->nameButton().get_label();
+        EXPECT_EQ(
+            std::string(goose(i).getViewObj()->nameButton().get_label()).rfind(gooseCaption, 0), 0u)
+            << goose(i).getViewObj()->nameButton().get_label();
+    }
 }
 
 TEST_F(StreamList, CaptionAndTooltipIdentifyTheStream) {
@@ -145,10 +164,10 @@ TEST_P(ChannelNaming, FollowsTheValueCount) {
     // The boxes show the names in index order, and a second pick makes nothing new.
     auto& boxes = entry.getChannelsPresenter();
     ASSERT_EQ(boxes.getEntries().size(), looks.size());
-    auto children = boxes.getViewObj().get_children();
+    auto children = boxes.getViewObj().cells();
     ASSERT_EQ(children.size(), looks.size());
     for (std::size_t i = 0; i < looks.size(); ++i) {
-        auto* cell = dynamic_cast<Gtk::FlowBoxChild*>(children[i]);
+        auto* cell = children[i];
         ASSERT_NE(cell, nullptr);
         EXPECT_EQ(cell->get_child(), &boxes.getEntries()[i]->getViewObj());
         EXPECT_EQ(boxes.getEntries()[i]->getViewObj().checkButton().get_label(), looks[i].name);
