@@ -90,6 +90,12 @@ void PcapParser::parseFile(const std::string& path, Db& db, const Filter& filter
 void PcapParser::parseFile(const std::string& path, Db& db, const Filter& filter,
                            const std::atomic<bool>& cancel, std::function<void(double)> progress,
                            FileStats& stats) {
+    parseFile(path, db, filter, cancel, std::move(progress), stats, 0);
+}
+
+void PcapParser::parseFile(const std::string& path, Db& db, const Filter& filter,
+                           const std::atomic<bool>& cancel, std::function<void(double)> progress,
+                           FileStats& stats, unsigned /*workers*/) {
     stats = FileStats{};
     MappedFile file(path);
     // A compressed file is inflated in the first half of the progress, and
