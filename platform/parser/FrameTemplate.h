@@ -32,7 +32,7 @@ struct VaryingBytes {
 // stream, so it needs no decoding at all: the parse's fast path.
 class FrameTemplate {
 public:
-    static constexpr std::size_t kMaxSize = 512;
+    static constexpr std::size_t kMaxSize = 1536; // an Ethernet frame with its tags
 
     // False (and an empty template) when the frame is too big or too varied.
     bool build(const std::uint8_t* frame, std::size_t size, const VaryingBytes& varying);
