@@ -118,10 +118,10 @@ std::uint32_t StreamIndex::remember(const RawKey& key, const PackageFile* file) 
     return lastSlot_ = slot;
 }
 
-const PackageFile* StreamIndex::fileOf(PackageFiles& files) {
+const PackageFile* StreamIndex::fileOf(const Sv* sv, const Goose* goose, PackageFiles& files) {
     auto [it, added] = files.emplace(path_);
     if (added)
-        touched_.push_back(&*it);
+        touched_.push_back({sv, goose, &*it});
     return &*it;
 }
 
@@ -142,7 +142,7 @@ const PackageFile* StreamIndex::svTarget(const EthernetFrame& eth, const SvFrame
     if (it->asduSvIds.empty())
         it->asduSvIds.emplace_back(sv.first.svId);
     lastSvStream_ = &*it;
-    return fileOf(it->files);
+    return fileOf(&*it, nullptr, it->files);
 }
 
 // Only frames whose ASDUs disagree on the svID get here, and they are rare:
@@ -170,7 +170,7 @@ const PackageFile* StreamIndex::gooseTarget(const EthernetFrame& eth, const Goos
     if (!filter_.keep.goose || !listed(filter_.gooseIdentifiers, s.identifier()))
         return nullptr;
     auto it = db_.gooseProto.gooses.insert(std::move(s)).first;
-    return fileOf(it->files);
+    return fileOf(nullptr, &*it, it->files);
 }
 
 template <class MakeTarget>
@@ -235,8 +235,8 @@ void StreamIndex::addGoose(const EthernetFrame& eth, const GooseFrameView& g, co
 }
 
 void StreamIndex::finish() {
-    for (const PackageFile* f : touched_)
-        f->packages.shrink_to_fit();
+    for (const Touched& t : touched_)
+        t.file->packages.shrink_to_fit();
 }
 
 } // namespace TavIec61850Parser

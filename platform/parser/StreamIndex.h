@@ -21,6 +21,13 @@ namespace TavIec61850Parser {
 // without decoding at all (LayoutCache).
 class StreamIndex {
 public:
+    // A stream's file the parse added packages to, in the order first met.
+    struct Touched {
+        const Sv* sv = nullptr; // one of sv and goose is set
+        const Goose* goose = nullptr;
+        const PackageFile* file = nullptr;
+    };
+
     StreamIndex(Db& db, const Filter& filter, std::string path);
 
     // Files a frame that matches the template of the stream expected next,
@@ -32,6 +39,7 @@ public:
 
     // Gives back the vector slack of every file touched.
     void finish();
+    const std::vector<Touched>& touched() const { return touched_; }
 
 private:
     static constexpr std::size_t kMaxKey = 320;
@@ -62,7 +70,7 @@ private:
     void grow();
     const PackageFile* svTarget(const EthernetFrame& eth, const SvFrameView& sv);
     const PackageFile* gooseTarget(const EthernetFrame& eth, const GooseFrameView& goose);
-    const PackageFile* fileOf(PackageFiles& files);
+    const PackageFile* fileOf(const Sv* sv, const Goose* goose, PackageFiles& files);
     static void noteSvIds(const Sv& stream, const EthernetFrame& eth);
     // Appends the package to the key's file; the slot used, or kNone.
     template <class MakeTarget>
@@ -77,7 +85,7 @@ private:
     std::uint32_t lastSlot_ = kNone;
     LayoutCache layouts_;
     const Sv* lastSvStream_ = nullptr; // the stream svTarget made or found last
-    std::vector<const PackageFile*> touched_;
+    std::vector<Touched> touched_;
 };
 
 } // namespace TavIec61850Parser
