@@ -47,13 +47,15 @@ void addCounts(FileStats& to, const FileStats& from) {
     to.otherFrames += from.otherFrames;
 }
 
-// Ranges waiting for a worker, and the workers. Destroying it stops and joins
-// the workers, so the ranges must outlive it.
+// Ranges waiting for a worker, and the workers. The calling thread is one of
+// the workers too: when it is ahead it decodes a range instead of waiting.
+// Destroying it stops and joins the threads, so the ranges must outlive it.
 class Workers {
 public:
-    Workers(unsigned count, const Filter& filter, const std::string& path) {
+    Workers(unsigned count, const Filter& filter, const std::string& path)
+        : filter_(filter), path_(path) {
         for (unsigned i = 0; i < count; ++i)
-            threads_.emplace_back([this, &filter, &path] { work(filter, path); });
+            threads_.emplace_back([this] { work(); });
     }
     ~Workers() {
         {
@@ -80,9 +82,37 @@ public:
         std::lock_guard lock(mutex_);
         return r.decoded;
     }
+    // Decodes a waiting range on the calling thread; false when none waits.
+    bool decodeOneHere() {
+        Range* r = take();
+        if (!r)
+            return false;
+        decodeAndMark(*r);
+        return true;
+    }
 
 private:
-    void work(const Filter& filter, const std::string& path) {
+    Range* take() {
+        std::lock_guard lock(mutex_);
+        if (waiting_.empty())
+            return nullptr;
+        Range* r = waiting_.front();
+        waiting_.pop_front();
+        return r;
+    }
+    void decodeAndMark(Range& r) {
+        try {
+            decode(r, filter_, path_);
+        } catch (...) {
+            r.error = std::current_exception();
+        }
+        {
+            std::lock_guard lock(mutex_);
+            r.decoded = true;
+        }
+        decodedOne_.notify_all();
+    }
+    void work() {
         for (;;) {
             Range* r = nullptr;
             {
@@ -93,18 +123,12 @@ private:
                 r = waiting_.front();
                 waiting_.pop_front();
             }
-            try {
-                decode(*r, filter, path);
-            } catch (...) {
-                r->error = std::current_exception();
-            }
-            {
-                std::lock_guard lock(mutex_);
-                r->decoded = true;
-            }
-            decodedOne_.notify_all();
+            decodeAndMark(*r);
         }
     }
+
+    const Filter& filter_;
+    const std::string& path_;
 
     std::mutex mutex_;
     std::condition_variable wake_;
@@ -119,7 +143,7 @@ private:
 bool ParallelParse::run(ContainerReader& reader) {
     RangeMerge merge(db, path);
     std::deque<std::unique_ptr<Range>> inFlight; // in file order; outlives the workers
-    Workers pool(workers, filter, path);
+    Workers pool(workers - 1, filter, path);
     const std::size_t maxInFlight = 2 * static_cast<std::size_t>(workers) + 1;
 
     const auto mergeFront = [&] {
@@ -135,10 +159,13 @@ bool ParallelParse::run(ContainerReader& reader) {
     // remain undecoded behind them.
     const auto drain = [&](std::size_t keep) {
         while (!inFlight.empty()) {
-            if (inFlight.size() > keep)
+            if (!pool.isDecoded(*inFlight.front())) {
+                if (inFlight.size() <= keep)
+                    return;
+                if (pool.decodeOneHere())
+                    continue;
                 pool.waitDecoded(*inFlight.front());
-            else if (!pool.isDecoded(*inFlight.front()))
-                return;
+            }
             mergeFront();
         }
     };
