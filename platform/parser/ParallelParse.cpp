@@ -151,14 +151,17 @@ bool ParallelParse::run(ContainerReader& reader) {
         if (r.error)
             std::rethrow_exception(r.error);
         merge.add(r.db, r.touched);
+        stats.frames += r.records.size();
         addCounts(stats, r.stats);
         progress.at(r.endPosition);
         inFlight.pop_front();
     };
+    bool cancelled = false;
     // Merges the decoded ranges at the front, waiting until at most `keep`
-    // remain undecoded behind them.
+    // remain undecoded behind them. A cancel leaves the rest unmerged: what
+    // was merged is a prefix of the file, as a cancel on one thread leaves.
     const auto drain = [&](std::size_t keep) {
-        while (!inFlight.empty()) {
+        while (!inFlight.empty() && !cancelled) {
             if (!pool.isDecoded(*inFlight.front())) {
                 if (inFlight.size() <= keep)
                     return;
@@ -166,12 +169,15 @@ bool ParallelParse::run(ContainerReader& reader) {
                     continue;
                 pool.waitDecoded(*inFlight.front());
             }
-            mergeFront();
+            if (cancel.load(std::memory_order_relaxed))
+                cancelled = true;
+            else
+                mergeFront();
         }
     };
 
-    bool cancelled = false;
     std::exception_ptr readError;
+    std::uint64_t walked = 0;
     bool more = true;
     FrameRecord rec;
     try {
@@ -184,8 +190,7 @@ bool ParallelParse::run(ContainerReader& reader) {
                        (more = reader.next(rec))) {
                     r->records.push_back(rec);
                     bytes += rec.size;
-                    if (++stats.frames % kPollEvery == 0 &&
-                        cancel.load(std::memory_order_relaxed)) {
+                    if (++walked % kPollEvery == 0 && cancel.load(std::memory_order_relaxed)) {
                         cancelled = true;
                         break;
                     }
