@@ -1,16 +1,13 @@
 #include "platform/parser/ParallelParse.h"
 
 #include "platform/parser/FrameFiling.h"
+#include "platform/parser/ParseError.h"
+#include "platform/parser/ParseRange.h"
+#include "platform/parser/PcapReader.h"
 #include "platform/parser/RangeMerge.h"
-#include "platform/parser/StreamIndex.h"
 
-#include <condition_variable>
-#include <deque>
-#include <exception>
+#include <algorithm>
 #include <memory>
-#include <mutex>
-#include <thread>
-#include <vector>
 
 namespace TavIec61850Parser {
 
@@ -19,203 +16,193 @@ namespace {
 // A range is a millisecond or two of work: enough to make the hand-over
 // cheap, little enough that a cancel waits for almost nothing.
 constexpr std::size_t kRangeFrames = 16384;
-constexpr std::size_t kRangeBytes = 8 * 1024 * 1024;
+constexpr std::size_t kRangeBytes = 4 * 1024 * 1024;
 constexpr std::uint64_t kPollEvery = 1024;
+constexpr std::uint64_t kNoStart = ~std::uint64_t{0};
 
-struct Range {
-    std::vector<FrameRecord> records;
-    std::size_t endPosition = 0; // the reader's position after the last record
-    Db db;
-    std::vector<StreamIndex::Touched> touched;
-    FileStats stats;
-    std::exception_ptr error;
-    bool decoded = false;
-};
-
-void decode(Range& r, const Filter& filter, const std::string& path) {
-    thread_local std::vector<std::uint8_t> cooked;
-    StreamIndex index(r.db, filter, path);
-    for (const FrameRecord& rec : r.records)
-        fileFrame(rec, index, r.stats, cooked);
-    r.touched = index.touched();
-}
-
-void addCounts(FileStats& to, const FileStats& from) {
-    to.svFrames += from.svFrames;
-    to.gooseFrames += from.gooseFrames;
-    to.malformedFrames += from.malformedFrames;
-    to.otherFrames += from.otherFrames;
-}
-
-// Ranges waiting for a worker, and the workers. The calling thread is one of
-// the workers too: when it is ahead it decodes a range instead of waiting.
-// Destroying it stops and joins the threads, so the ranges must outlive it.
-class Workers {
+// Runs the ranges of one parse: hands them out, and merges them in file order.
+class Pipeline {
 public:
-    Workers(unsigned count, const Filter& filter, const std::string& path)
-        : filter_(filter), path_(path) {
-        for (unsigned i = 0; i < count; ++i)
-            threads_.emplace_back([this] { work(); });
-    }
-    ~Workers() {
-        {
-            std::lock_guard lock(mutex_);
-            stop_ = true;
-        }
-        wake_.notify_all();
-        for (std::thread& t : threads_)
-            t.join();
+    Pipeline(const ParallelParse& p, ContainerReader& reader)
+        : p_(p), reader_(reader), pcap_(dynamic_cast<PcapReader*>(&reader)), merge_(p.db, p.path),
+          expected_(reader.position()), pool_(p.workers - 1, [this](ParseRange& r) { decode(r); }) {
     }
 
-    void submit(Range* r) {
-        {
-            std::lock_guard lock(mutex_);
-            waiting_.push_back(r);
+    // False when cancelled.
+    bool run() {
+        try {
+            if (pcap_)
+                cutBytes();
+            else
+                cutRecords();
+            drain(0);
+        } catch (...) {
+            merge_.finish();
+            throw;
         }
-        wake_.notify_one();
-    }
-    void waitDecoded(const Range& r) {
-        std::unique_lock lock(mutex_);
-        decodedOne_.wait(lock, [&] { return r.decoded; });
-    }
-    bool isDecoded(const Range& r) {
-        std::lock_guard lock(mutex_);
-        return r.decoded;
-    }
-    // Decodes a waiting range on the calling thread; false when none waits.
-    bool decodeOneHere() {
-        Range* r = take();
-        if (!r)
-            return false;
-        decodeAndMark(*r);
-        return true;
+        merge_.finish();
+        if (broken_)
+            std::rethrow_exception(broken_);
+        return !cancelled_;
     }
 
 private:
-    Range* take() {
-        std::lock_guard lock(mutex_);
-        if (waiting_.empty())
-            return nullptr;
-        Range* r = waiting_.front();
-        waiting_.pop_front();
-        return r;
+    void decode(ParseRange& r) { pcap_ ? walk(r) : decodeRecords(r); }
+
+    void decodeRecords(ParseRange& r) {
+        thread_local std::vector<std::uint8_t> cooked;
+        StreamIndex index(r.db, p_.filter, p_.path);
+        for (const FrameRecord& rec : r.records)
+            fileFrame(rec, index, r.stats, cooked);
+        r.stats.frames = r.records.size();
+        r.touched = index.touched();
     }
-    void decodeAndMark(Range& r) {
+
+    // Walks and decodes the records that start in the range's bytes.
+    void walk(ParseRange& r) {
+        thread_local std::vector<std::uint8_t> cooked;
+        if (!r.startKnown) {
+            const auto start = findPcapRecord(p_.data, p_.size, pcap_->header(), r.start);
+            r.start = start ? *start : kNoStart;
+            if (!start)
+                return;
+        }
+        PcapReader reader(p_.path, p_.data, p_.size, pcap_->header());
+        reader.seek(r.start);
+        StreamIndex index(r.db, p_.filter, p_.path);
+        FrameRecord rec;
         try {
-            decode(r, filter_, path_);
-        } catch (...) {
-            r.error = std::current_exception();
-        }
-        {
-            std::lock_guard lock(mutex_);
-            r.decoded = true;
-        }
-        decodedOne_.notify_all();
-    }
-    void work() {
-        for (;;) {
-            Range* r = nullptr;
-            {
-                std::unique_lock lock(mutex_);
-                wake_.wait(lock, [&] { return stop_ || !waiting_.empty(); });
-                if (stop_)
-                    return;
-                r = waiting_.front();
-                waiting_.pop_front();
+            while (reader.position() < r.end && reader.next(rec)) {
+                fileFrame(rec, index, r.stats, cooked);
+                if (++r.stats.frames % kPollEvery == 0 && p_.cancel.load(std::memory_order_relaxed))
+                    break;
             }
-            decodeAndMark(*r);
+        } catch (const ParseError&) {
+            r.broken = std::current_exception();
+        }
+        r.landing = reader.position();
+        r.touched = index.touched();
+    }
+
+    // The calling thread walks the record headers and hands out the records.
+    void cutRecords() {
+        bool more = true;
+        std::uint64_t walked = 0;
+        FrameRecord rec;
+        while (more && !cancelled_) {
+            auto r = std::make_unique<ParseRange>();
+            r->records.reserve(kRangeFrames);
+            std::size_t bytes = 0;
+            try {
+                while (r->records.size() < kRangeFrames && bytes < kRangeBytes &&
+                       (more = reader_.next(rec))) {
+                    r->records.push_back(rec);
+                    bytes += rec.size;
+                    if (++walked % kPollEvery == 0 && p_.cancel.load(std::memory_order_relaxed)) {
+                        cancelled_ = true;
+                        break;
+                    }
+                }
+            } catch (const ParseError&) {
+                // What was read before the break stays, as in a parse on one thread.
+                r->broken = std::current_exception();
+                more = false;
+            }
+            r->landing = reader_.position();
+            hand(std::move(r));
         }
     }
 
-    const Filter& filter_;
-    const std::string& path_;
+    // A pcap file's records are found by each worker in its own bytes.
+    void cutBytes() {
+        for (std::uint64_t at = expected_; at < p_.size && !cancelled_;) {
+            auto r = std::make_unique<ParseRange>();
+            r->start = at;
+            r->startKnown = at == expected_;
+            r->end = std::min<std::uint64_t>(p_.size, at + kRangeBytes);
+            at = r->end;
+            hand(std::move(r));
+            if (p_.cancel.load(std::memory_order_relaxed))
+                cancelled_ = true;
+        }
+    }
 
-    std::mutex mutex_;
-    std::condition_variable wake_;
-    std::condition_variable decodedOne_;
-    std::deque<Range*> waiting_;
-    bool stop_ = false;
-    std::vector<std::thread> threads_;
+    void hand(std::unique_ptr<ParseRange> r) {
+        inFlight_.push_back(std::move(r));
+        pool_.submit(inFlight_.back().get());
+        drain(2 * static_cast<std::size_t>(p_.workers));
+    }
+
+    // Merges the decoded ranges at the front, waiting until at most `keep`
+    // remain undecoded behind them. A cancel leaves the rest unmerged: what
+    // was merged is a prefix of the file, as a cancel on one thread leaves.
+    void drain(std::size_t keep) {
+        while (!inFlight_.empty() && !cancelled_ && !broken_) {
+            if (!pool_.isDecoded(*inFlight_.front())) {
+                if (inFlight_.size() <= keep)
+                    return;
+                if (pool_.decodeOneHere())
+                    continue;
+                pool_.waitDecoded(*inFlight_.front());
+            }
+            if (p_.cancel.load(std::memory_order_relaxed))
+                cancelled_ = true;
+            else
+                mergeFront();
+        }
+    }
+
+    // A worker's guess of where its first record starts is checked against
+    // where the range before really ended; a wrong guess is walked again.
+    bool startsWhereExpected(ParseRange& r) {
+        if (!pcap_ || r.start == expected_)
+            return true;
+        if (expected_ >= r.end)
+            return false; // a record of the range before covers all of it
+        ParseRange again;
+        again.start = expected_;
+        again.startKnown = true;
+        again.end = r.end;
+        walk(again);
+        again.decoded = true;
+        r.db = std::move(again.db);
+        r.touched = std::move(again.touched);
+        r.stats = again.stats;
+        r.broken = again.broken;
+        r.landing = again.landing;
+        r.start = again.start;
+        return true;
+    }
+
+    void mergeFront() {
+        ParseRange& r = *inFlight_.front();
+        if (r.error)
+            std::rethrow_exception(r.error);
+        if (startsWhereExpected(r)) {
+            merge_.add(r.db, r.touched);
+            addCounts(p_.stats, r.stats);
+            expected_ = r.landing;
+            p_.progress.at(r.landing);
+            broken_ = r.broken;
+        }
+        inFlight_.pop_front();
+    }
+
+    const ParallelParse& p_;
+    ContainerReader& reader_;
+    PcapReader* pcap_;
+    RangeMerge merge_;
+    std::uint64_t expected_; // where the next range's first record must start
+    bool cancelled_ = false;
+    std::exception_ptr broken_;
+    std::deque<std::unique_ptr<ParseRange>> inFlight_; // in file order; outlives the workers
+    RangeWorkers pool_;
 };
 
 } // namespace
 
 bool ParallelParse::run(ContainerReader& reader) {
-    RangeMerge merge(db, path);
-    std::deque<std::unique_ptr<Range>> inFlight; // in file order; outlives the workers
-    Workers pool(workers - 1, filter, path);
-    const std::size_t maxInFlight = 2 * static_cast<std::size_t>(workers) + 1;
-
-    const auto mergeFront = [&] {
-        Range& r = *inFlight.front();
-        if (r.error)
-            std::rethrow_exception(r.error);
-        merge.add(r.db, r.touched);
-        stats.frames += r.records.size();
-        addCounts(stats, r.stats);
-        progress.at(r.endPosition);
-        inFlight.pop_front();
-    };
-    bool cancelled = false;
-    // Merges the decoded ranges at the front, waiting until at most `keep`
-    // remain undecoded behind them. A cancel leaves the rest unmerged: what
-    // was merged is a prefix of the file, as a cancel on one thread leaves.
-    const auto drain = [&](std::size_t keep) {
-        while (!inFlight.empty() && !cancelled) {
-            if (!pool.isDecoded(*inFlight.front())) {
-                if (inFlight.size() <= keep)
-                    return;
-                if (pool.decodeOneHere())
-                    continue;
-                pool.waitDecoded(*inFlight.front());
-            }
-            if (cancel.load(std::memory_order_relaxed))
-                cancelled = true;
-            else
-                mergeFront();
-        }
-    };
-
-    std::exception_ptr readError;
-    std::uint64_t walked = 0;
-    bool more = true;
-    FrameRecord rec;
-    try {
-        while (more && !cancelled) {
-            auto r = std::make_unique<Range>();
-            r->records.reserve(kRangeFrames);
-            std::size_t bytes = 0;
-            try {
-                while (r->records.size() < kRangeFrames && bytes < kRangeBytes &&
-                       (more = reader.next(rec))) {
-                    r->records.push_back(rec);
-                    bytes += rec.size;
-                    if (++walked % kPollEvery == 0 && cancel.load(std::memory_order_relaxed)) {
-                        cancelled = true;
-                        break;
-                    }
-                }
-            } catch (...) {
-                // What was read before the break stays, as in a parse on one thread.
-                readError = std::current_exception();
-                more = false;
-            }
-            r->endPosition = reader.position();
-            if (!r->records.empty()) {
-                inFlight.push_back(std::move(r));
-                pool.submit(inFlight.back().get());
-            }
-            drain(maxInFlight - 1);
-        }
-        drain(0);
-    } catch (...) {
-        merge.finish();
-        throw;
-    }
-    merge.finish();
-    if (readError)
-        std::rethrow_exception(readError);
-    return !cancelled;
+    return Pipeline(*this, reader).run();
 }
 
 } // namespace TavIec61850Parser

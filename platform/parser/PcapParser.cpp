@@ -93,9 +93,10 @@ void PcapParser::parseFile(const std::string& path, Db& db, const Filter& filter
     bool whole = false;
     // Whatever stays in the database must be readable again by offset.
     try {
-        whole = workers > 1
-                    ? ParallelParse{path, db, filter, cancel, reporter, stats, workers}.run(*reader)
-                    : parseOnOneThread(*reader, path, db, filter, cancel, reporter, stats);
+        whole = workers > 1 ? ParallelParse{path,  db,      filter,        cancel,       reporter,
+                                            stats, workers, frames.data(), frames.size()}
+                                  .run(*reader)
+                            : parseOnOneThread(*reader, path, db, filter, cancel, reporter, stats);
     } catch (...) {
         FileRegistry::rememberLinks(path, reader->linkLayout());
         throw;

@@ -4,6 +4,7 @@
 // path knows is filed correctly whatever bytes its neighbours share with it.
 #include "tests/platform/parser/CaptureBytes.h"
 
+#include "platform/parser/ParseError.h"
 #include "platform/parser/PcapParser.h"
 
 #include <gtest/gtest.h>
@@ -78,6 +79,7 @@ std::string describe(const FileStats& s) {
 struct Parsed {
     std::string db;
     std::string stats;
+    std::string error; // what a file that breaks off throws
     std::vector<double> progress;
 };
 
@@ -86,8 +88,13 @@ Parsed parseWith(const std::string& path, unsigned workers) {
     FileStats stats;
     std::atomic<bool> cancel{false};
     Parsed p;
-    PcapParser::parseFile(
-        path, db, {}, cancel, [&](double f) { p.progress.push_back(f); }, stats, workers);
+    try {
+        PcapParser::parseFile(
+            path, db, {}, cancel, [&](double f) { p.progress.push_back(f); }, stats, workers);
+    } catch (const ParseError& e) {
+        p.error = e.what();
+        p.progress.push_back(1.0);
+    }
     p.db = describe(db);
     p.stats = describe(stats);
     return p;
@@ -115,14 +122,48 @@ std::string severalSections() {
     return writeTemp("sections.pcapng", file.out);
 }
 
+// Appends records to a pcap file a few at a time: the builder copies what it has.
+void appendRecords(Bytes& file, const std::vector<PcapRecord>& records) {
+    const Bytes part = pcapFile(records, false, false);
+    file.insert(file.end(), part.begin() + 24, part.end());
+}
+
+// Frames of 200 kB of zeros between SV frames: inside one, every offset looks
+// like the start of a run of empty records, so a worker that starts in one
+// guesses wrong and its range is walked again from where the one before ended.
+std::string zeroFrames() {
+    Bytes file = pcapFile({}, false, false);
+    const Bytes sv = svFrame("BetweenZeros", 1, 8);
+    std::uint32_t micros = 0;
+    for (int block = 0; block < 60; ++block) {
+        std::vector<PcapRecord> records;
+        for (int i = 0; i < 300; ++i)
+            records.push_back({1'700'000'000u + micros / 1'000'000, micros % 1'000'000, sv});
+        micros += 250;
+        records.push_back({1'700'000'000u, 0, Bytes(200'000, 0)});
+        appendRecords(file, records);
+    }
+    return writeTemp("zeros.pcap", file);
+}
+
+// A generated capture cut short in the middle of a record, past several ranges.
+std::string cutShort() {
+    const std::string whole = generated("whole", {"--sv", "8", "--duration", "2"});
+    Bytes bytes;
+    const std::string text = readFile(whole);
+    bytes.assign(text.begin(), text.begin() + 9'000'003);
+    return writeTemp("cut.pcap", bytes);
+}
+
 struct CaptureCase {
     const char* name;
-    std::vector<std::string> options; // empty: the pcapng built byte by byte
+    std::vector<std::string> options; // empty: `build` writes it
+    std::string (*build)() = nullptr;
 };
 
 std::string pathOf(const CaptureCase& c) {
-    if (c.options.empty())
-        return severalSections();
+    if (c.build)
+        return c.build();
     std::vector<std::string> args{tempDir() + "/" + c.name};
     args.insert(args.end(), c.options.begin(), c.options.end());
     runGenerator(args);
@@ -140,9 +181,11 @@ TEST_P(WorkerCount, severalWorkersGiveWhatOneGives) {
     const std::string path = pathOf(GetParam());
     const Parsed one = parseWith(path, 1);
     ASSERT_FALSE(one.db.empty());
+    EXPECT_EQ(one.error.empty(), std::string(GetParam().name) != "cut.pcap") << one.error;
     for (unsigned workers : {2u, 3u, 8u}) {
         const Parsed many = parseWith(path, workers);
         EXPECT_EQ(many.stats, one.stats) << workers << " workers";
+        EXPECT_EQ(many.error, one.error) << workers << " workers";
         EXPECT_TRUE(many.db == one.db) << workers << " workers: the databases differ";
         ASSERT_FALSE(many.progress.empty());
         EXPECT_TRUE(std::is_sorted(many.progress.begin(), many.progress.end()));
@@ -157,7 +200,8 @@ INSTANTIATE_TEST_SUITE_P(
         CaptureCase{"pcap.pcap", {"--sv", "3", "--goose", "4", "--duration", "3"}},
         CaptureCase{"pcapng.pcapng",
                     {"--format", "pcapng-ns", "--big-endian", "--sv", "2", "--duration", "3"}},
-        CaptureCase{"sections.pcapng", {}},
+        CaptureCase{"sections.pcapng", {}, severalSections},
+        CaptureCase{"zeros.pcap", {}, zeroFrames}, CaptureCase{"cut.pcap", {}, cutShort},
         CaptureCase{"backwards.pcap",
                     {"--sv", "2", "--duration", "3", "--sv-fault", "reorder@0.5x40"}},
         CaptureCase{"one-publisher.pcap",
