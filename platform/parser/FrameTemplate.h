@@ -41,14 +41,10 @@ public:
     bool matches(const std::uint8_t* frame, std::size_t size) const;
 
 private:
-    struct Segment {
-        std::uint16_t offset;
-        std::uint16_t size;
-    };
     std::size_t size_ = 0; // 0: no template
-    std::size_t segmentCount_ = 0;
-    std::array<Segment, VaryingBytes::kMax + 1> segments_;
     std::array<std::uint8_t, kMaxSize> bytes_;
+    // 0xFF where the byte must equal the template's, 0 where it may vary.
+    std::array<std::uint8_t, kMaxSize> mask_;
 };
 
 } // namespace TavIec61850Parser
