@@ -15,6 +15,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <new>
 #include <string>
@@ -67,6 +68,13 @@ double seconds(std::chrono::steady_clock::duration d) {
     return std::chrono::duration<double>(d).count();
 }
 
+// Processor time of every thread of the process so far.
+double cpuSeconds() {
+    timespec t{};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
+    return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) / 1e9;
+}
+
 double median(std::vector<double> v) {
     std::sort(v.begin(), v.end());
     return v[v.size() / 2];
@@ -101,6 +109,7 @@ void measure(const std::string& path) {
     // another pays for the memory the other gave back.
     std::vector<double> walkTimes;
     std::vector<std::vector<double>> parseTimes(workerCounts.size());
+    std::vector<std::vector<double>> cpuTimes(workerCounts.size());
     std::vector<double> heapPerFrame(workerCounts.size());
     std::uint64_t frames = 0;
     for (int run = 0; run < kRuns; ++run) {
@@ -111,9 +120,11 @@ void measure(const std::string& path) {
             const std::size_t w = run % 2 ? workerCounts.size() - 1 - i : i;
             const std::size_t before = liveBytes.load();
             Db db;
+            const double cpu0 = cpuSeconds();
             t0 = std::chrono::steady_clock::now();
             parse(path, db, workerCounts[w]);
             parseTimes[w].push_back(seconds(std::chrono::steady_clock::now() - t0));
+            cpuTimes[w].push_back(cpuSeconds() - cpu0);
             heapPerFrame[w] =
                 static_cast<double>(liveBytes.load() - before) / static_cast<double>(frames);
         }
@@ -126,10 +137,10 @@ void measure(const std::string& path) {
     for (std::size_t w = 0; w < workerCounts.size(); ++w) {
         const double t = median(parseTimes[w]);
         std::printf("  %2u worker%s: %5.0f MB/s, %5.2f M frames/s, %3.0f %% of the walk, "
-                    "%.1f heap bytes per frame\n",
+                    "%.1f heap bytes per frame, %.2f cores busy\n",
                     workerCounts[w], workerCounts[w] == 1 ? " " : "s", megabytes / t,
                     static_cast<double>(frames) / t / 1e6, 100.0 * megabytes / t / walkRate,
-                    heapPerFrame[w]);
+                    heapPerFrame[w], median(cpuTimes[w]) / t);
     }
     std::fflush(stdout);
 }
