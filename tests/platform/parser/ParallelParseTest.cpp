@@ -244,3 +244,38 @@ TEST(OnePublisher, everyStreamGetsItsOwnFramesWhateverTheyShare) {
         }
     }
 }
+
+// A stream whose frames change shape every frame (one ASDU, then two, then
+// three), beside a stream of the same shapes whose svID differs by one
+// letter: each frame is filed under its own stream whatever layouts the
+// parser remembers, on one worker and on several.
+TEST(ChangingLayouts, everyFrameFiledUnderItsStream) {
+    Bytes file = pcapFile({}, false, false);
+    for (std::uint32_t hundred = 0; hundred < 30; ++hundred) {
+        std::vector<PcapRecord> records;
+        for (std::uint32_t i = hundred * 100; i < hundred * 100 + 100; ++i) {
+            const int asdus = 1 + static_cast<int>(i % 3);
+            const auto count = static_cast<std::uint16_t>(i);
+            records.push_back({1'700'000'000u, i * 2, svFrame("ShapeA", asdus, 8, count)});
+            records.push_back({1'700'000'000u, i * 2 + 1, svFrame("ShapeB", asdus, 8, count)});
+        }
+        appendRecords(file, records);
+    }
+    const std::string path = writeTemp("shapes.pcap", file);
+    for (unsigned workers : {1u, 2u}) {
+        Db db;
+        FileStats stats;
+        std::atomic<bool> cancel{false};
+        PcapParser::parseFile(path, db, {}, cancel, nullptr, stats, workers);
+        EXPECT_EQ(stats.svFrames, 6000u);
+        ASSERT_EQ(db.svProto.svs.size(), 2u);
+        for (const Sv& s : db.svProto.svs) {
+            const PackageFile& f = *s.files.begin();
+            ASSERT_EQ(f.packages.size(), 3000u) << s.svId;
+            const std::uint32_t parity = s.svId == "ShapeA" ? 0 : 1;
+            for (std::size_t i = 0; i < f.packages.size(); ++i)
+                ASSERT_EQ(f.packages[i].time.nanoseconds, (i * 2 + parity) * 1000)
+                    << s.svId << " frame " << i;
+        }
+    }
+}
