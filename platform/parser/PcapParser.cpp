@@ -10,6 +10,7 @@
 #include "platform/parser/ProgressReporter.h"
 #include "platform/parser/StreamIndex.h"
 
+#include <string_view>
 #include <thread>
 
 namespace TavIec61850Parser {
@@ -90,6 +91,12 @@ void PcapParser::parseFile(const std::string& path, Db& db, const Filter& filter
     db.clearByFileName(path);
 
     ProgressReporter reporter(std::move(progress), frames.size());
+    // In a pcapng file the calling thread walks every header and hands the
+    // records out, which costs about what decoding them does: on two cores a
+    // second worker gained nothing with the core free and lost a third with
+    // it busy, so only more cores than that share a pcapng parse.
+    if (std::string_view(reader->format()) == "pcapng" && workers < 3)
+        workers = 1;
     bool whole = false;
     // Whatever stays in the database must be readable again by offset.
     try {
