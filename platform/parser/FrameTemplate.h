@@ -32,7 +32,7 @@ struct VaryingBytes {
 // stream, so it needs no decoding at all: the parse's fast path.
 class FrameTemplate {
 public:
-    static constexpr std::size_t kMaxSize = 512;
+    static constexpr std::size_t kMaxSize = 1536; // an Ethernet frame with its tags
 
     // False (and an empty template) when the frame is too big or too varied.
     bool build(const std::uint8_t* frame, std::size_t size, const VaryingBytes& varying);
@@ -41,14 +41,10 @@ public:
     bool matches(const std::uint8_t* frame, std::size_t size) const;
 
 private:
-    struct Segment {
-        std::uint16_t offset;
-        std::uint16_t size;
-    };
     std::size_t size_ = 0; // 0: no template
-    std::size_t segmentCount_ = 0;
-    std::array<Segment, VaryingBytes::kMax + 1> segments_;
     std::array<std::uint8_t, kMaxSize> bytes_;
+    // 0xFF where the byte must equal the template's, 0 where it may vary.
+    std::array<std::uint8_t, kMaxSize> mask_;
 };
 
 } // namespace TavIec61850Parser

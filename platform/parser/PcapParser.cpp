@@ -1,13 +1,17 @@
 #include "platform/parser/PcapParser.h"
 
 #include "platform/parser/ContainerReader.h"
-#include "platform/parser/CookedLinkLayer.h"
 #include "platform/parser/FileRegistry.h"
+#include "platform/parser/FrameFiling.h"
 #include "platform/parser/InflatedCapture.h"
 #include "platform/parser/MappedFile.h"
+#include "platform/parser/ParallelParse.h"
 #include "platform/parser/ParseError.h"
 #include "platform/parser/ProgressReporter.h"
 #include "platform/parser/StreamIndex.h"
+
+#include <string_view>
+#include <thread>
 
 namespace TavIec61850Parser {
 
@@ -17,66 +21,31 @@ namespace {
 // few hundred microseconds of work, well inside the 50 ms a cancel may take.
 constexpr std::uint64_t kPollEvery = 1024;
 
-template <class Decode> bool decodes(FileStats& stats, Decode decode) {
+// False when cancelled.
+bool parseOnOneThread(ContainerReader& reader, const std::string& path, Db& db,
+                      const Filter& filter, const std::atomic<bool>& cancel,
+                      ProgressReporter& reporter, FileStats& stats) {
+    StreamIndex index(db, filter, path);
+    FrameRecord rec;
+    std::vector<std::uint8_t> cooked;
     try {
-        decode();
-        return true;
-    } catch (const MalformedFrame&) {
-    } catch (const OutOfBounds&) {
-    }
-    ++stats.malformedFrames;
-    return false;
-}
-
-// Decodes an Ethernet frame, or one rewritten as such with its destination
-// unknown, and files it under its stream.
-void decodeEthernetFrame(const std::uint8_t* data, std::size_t size, bool dstKnown,
-                         const Package& package, StreamIndex& index, FileStats& stats) {
-    EthernetFrame eth;
-    if (!decodeEthernet(data, size, eth)) {
-        ++stats.otherFrames;
-        return;
-    }
-    eth.dstKnown = dstKnown;
-    if (eth.etherType == kEtherTypeSv) {
-        SvFrameView sv;
-        if (decodes(stats, [&] { sv = decodeSvApdu(eth.payload, eth.payloadSize); })) {
-            ++stats.svFrames;
-            index.addSv(eth, sv, package, data, size);
+        while (reader.next(rec)) {
+            ++stats.frames;
+            fileFrame(rec, index, stats, cooked);
+            if (stats.frames % kPollEvery == 0) {
+                if (cancel.load(std::memory_order_relaxed)) {
+                    index.finish();
+                    return false;
+                }
+                reporter.at(reader.position());
+            }
         }
-    } else if (eth.etherType == kEtherTypeGoose) {
-        GooseFrameView goose;
-        if (decodes(stats, [&] { goose = decodeGooseApdu(eth.payload, eth.payloadSize); })) {
-            ++stats.gooseFrames;
-            index.addGoose(eth, goose, package);
-        }
-    } else {
-        ++stats.otherFrames;
+    } catch (...) {
+        index.finish();
+        throw;
     }
-}
-
-// Cooked frames are rewritten as Ethernet ones and always decoded in full.
-void handleCookedFrame(const FrameRecord& rec, const Package& package, StreamIndex& index,
-                       FileStats& stats, std::vector<std::uint8_t>& cooked) {
-    if (isCookedLinkType(rec.linkType) &&
-        cookedToEthernet(rec.linkType, rec.data, rec.size, cooked))
-        decodeEthernetFrame(cooked.data(), cooked.size(), false, package, index, stats);
-    else
-        ++stats.otherFrames;
-}
-
-void handleFrame(const FrameRecord& rec, StreamIndex& index, FileStats& stats,
-                 std::vector<std::uint8_t>& cooked) {
-    const Package package{rec.time, rec.offset};
-    if (rec.linkType != kLinkTypeEthernet) [[unlikely]] {
-        handleCookedFrame(rec, package, index, stats, cooked);
-        return;
-    }
-    if (index.addKnownSv(rec.data, rec.size, package)) {
-        ++stats.svFrames;
-        return;
-    }
-    decodeEthernetFrame(rec.data, rec.size, true, package, index, stats);
+    index.finish();
+    return true;
 }
 
 } // namespace
@@ -90,6 +59,14 @@ void PcapParser::parseFile(const std::string& path, Db& db, const Filter& filter
 void PcapParser::parseFile(const std::string& path, Db& db, const Filter& filter,
                            const std::atomic<bool>& cancel, std::function<void(double)> progress,
                            FileStats& stats) {
+    parseFile(path, db, filter, cancel, std::move(progress), stats, 0);
+}
+
+void PcapParser::parseFile(const std::string& path, Db& db, const Filter& filter,
+                           const std::atomic<bool>& cancel, std::function<void(double)> progress,
+                           FileStats& stats, unsigned workers) {
+    if (workers == 0)
+        workers = std::max(1u, std::thread::hardware_concurrency());
     stats = FileStats{};
     MappedFile file(path);
     // A compressed file is inflated in the first half of the progress, and
@@ -113,33 +90,27 @@ void PcapParser::parseFile(const std::string& path, Db& db, const Filter& filter
     // Reading a path again replaces what it gave before instead of doubling it.
     db.clearByFileName(path);
 
-    StreamIndex index(db, filter, path);
     ProgressReporter reporter(std::move(progress), frames.size());
+    // In a pcapng file the calling thread walks every header and hands the
+    // records out, which costs about what decoding them does: on two cores a
+    // second worker gained nothing with the core free and lost a third with
+    // it busy, so only more cores than that share a pcapng parse.
+    if (std::string_view(reader->format()) == "pcapng" && workers < 3)
+        workers = 1;
+    bool whole = false;
     // Whatever stays in the database must be readable again by offset.
-    const auto finish = [&] {
-        index.finish();
-        FileRegistry::rememberLinks(path, reader->linkLayout());
-    };
-    FrameRecord rec;
-    std::vector<std::uint8_t> cooked;
     try {
-        while (reader->next(rec)) {
-            ++stats.frames;
-            handleFrame(rec, index, stats, cooked);
-            if (stats.frames % kPollEvery == 0) {
-                if (cancel.load(std::memory_order_relaxed)) {
-                    finish();
-                    return;
-                }
-                reporter.at(reader->position());
-            }
-        }
+        whole = workers > 1 ? ParallelParse{path,  db,      filter,        cancel,       reporter,
+                                            stats, workers, frames.data(), frames.size()}
+                                  .run(*reader)
+                            : parseOnOneThread(*reader, path, db, filter, cancel, reporter, stats);
     } catch (...) {
-        finish();
+        FileRegistry::rememberLinks(path, reader->linkLayout());
         throw;
     }
-    finish();
-    reporter.done();
+    FileRegistry::rememberLinks(path, reader->linkLayout());
+    if (whole)
+        reporter.done();
 }
 
 void PcapParser::forgetFile(const std::string& path) {

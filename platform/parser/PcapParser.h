@@ -36,6 +36,12 @@ public:
                           const std::atomic<bool>& cancel, std::function<void(double)> progress,
                           FileStats& stats);
 
+    // The same with `workers` threads decoding frames (0: one per core); any
+    // count gives the same database.
+    static void parseFile(const std::string& path, Db& db, const Filter& filter,
+                          const std::atomic<bool>& cancel, std::function<void(double)> progress,
+                          FileStats& stats, unsigned workers);
+
     // The file's entry is gone: drops what was kept to read its frames again,
     // the inflated copy of a compressed file included.
     static void forgetFile(const std::string& path);

@@ -39,7 +39,7 @@ Timest pcapTime(std::uint32_t seconds, std::uint32_t fraction, bool nanoseconds)
 
 PcapReader::PcapReader(std::string path, const std::uint8_t* data, std::size_t size,
                        const PcapHeader& header)
-    : path_(std::move(path)), in_(data, size), header_(header) {
+    : path_(std::move(path)), data_(data), size_(size), in_(data, size), header_(header) {
     if (size < kPcapFileHeaderSize)
         throw ParseError(path_, "truncated at byte 0");
     in_.skip(kPcapFileHeaderSize);
@@ -67,6 +67,53 @@ bool PcapReader::next(FrameRecord& out) {
     out.size = captured;
     out.linkType = header_.linkType;
     return true;
+}
+
+void PcapReader::seek(std::size_t offset) {
+    in_ = ByteReader(data_, size_);
+    in_.skip(offset);
+}
+
+namespace {
+
+constexpr int kChainRecords = 8;
+constexpr std::uint32_t kChainSecondsApart = 86400;
+
+bool chainStartsAt(const std::uint8_t* data, std::size_t size, const PcapHeader& h,
+                   std::size_t at) {
+    const std::uint32_t perSecond = h.nanoseconds ? 1'000'000'000u : 1'000'000u;
+    std::uint32_t firstSeconds = 0;
+    for (int i = 0; i < kChainRecords; ++i) {
+        if (at == size)
+            return i > 0;
+        if (size - at < kPcapRecordHeaderSize)
+            return false;
+        const std::uint8_t* r = data + at;
+        const std::uint32_t seconds = ByteReader::load32(r, h.bigEndian);
+        const std::uint32_t captured = ByteReader::load32(r + 8, h.bigEndian);
+        if (i == 0)
+            firstSeconds = seconds;
+        const std::uint32_t apart =
+            seconds > firstSeconds ? seconds - firstSeconds : firstSeconds - seconds;
+        if (ByteReader::load32(r + 4, h.bigEndian) >= perSecond || apart > kChainSecondsApart ||
+            !plausibleRecord(captured, ByteReader::load32(r + 12, h.bigEndian)) ||
+            captured > size - at - kPcapRecordHeaderSize)
+            return false;
+        at += kPcapRecordHeaderSize + captured;
+    }
+    return true;
+}
+
+} // namespace
+
+std::optional<std::size_t> findPcapRecord(const std::uint8_t* data, std::size_t size,
+                                          const PcapHeader& header, std::size_t from) {
+    const std::size_t reach = 2 * (kMaxFrameSize + kPcapRecordHeaderSize);
+    const std::size_t last = size - from > reach ? from + reach : size;
+    for (std::size_t at = from; at < last; ++at)
+        if (chainStartsAt(data, size, header, at))
+            return at;
+    return std::nullopt;
 }
 
 } // namespace TavIec61850Parser

@@ -39,11 +39,23 @@ public:
     bool next(FrameRecord& out) override;
     std::size_t position() const override { return in_.position(); }
     const char* format() const override { return header_.nanoseconds ? "pcap-ns" : "pcap-us"; }
+    const PcapHeader& header() const { return header_; }
+    // Goes on from a record starting at `offset`; the caller knows one does.
+    void seek(std::size_t offset);
 
 private:
     std::string path_;
+    const std::uint8_t* data_;
+    std::size_t size_;
     ByteReader in_;
     PcapHeader header_;
 };
+
+// The first offset at or after `from` where a run of plausible record headers
+// starts that chains up to the end of the file or for several records: where
+// a thread given the bytes from `from` on begins. A guess, to be checked
+// against where the records before it end; none within reach gives nothing.
+std::optional<std::size_t> findPcapRecord(const std::uint8_t* data, std::size_t size,
+                                          const PcapHeader& header, std::size_t from);
 
 } // namespace TavIec61850Parser

@@ -70,44 +70,58 @@ void StreamIndex::putEthernet(RawKey& key, char kind, const EthernetFrame& eth,
     key.put(&appId, sizeof appId);
 }
 
-std::size_t StreamIndex::cached(const RawKey& key) {
-    auto same = [&](const Slot& s) {
-        return s.used && s.key.size == key.size &&
-               std::memcmp(s.key.bytes.data(), key.bytes.data(), key.size) == 0;
+std::uint32_t StreamIndex::cached(const RawKey& key) {
+    auto same = [&](std::uint32_t i) {
+        const RawKey& k = slots_[i].key;
+        return k.size == key.size && std::memcmp(k.bytes.data(), key.bytes.data(), key.size) == 0;
     };
-    if (same(slots_[lastSlot_]))
+    if (lastSlot_ != kNone && same(lastSlot_))
         return lastSlot_;
-    std::size_t i = std::hash<std::string_view>{}(key.view()) % kSlots;
-    if (!same(slots_[i]))
-        return kNone;
-    lastSlot_ = i;
-    return i;
+    const std::size_t mask = table_.size() - 1;
+    for (std::size_t i = std::hash<std::string_view>{}(key.view()) & mask;; i = (i + 1) & mask) {
+        const std::uint32_t slot = table_[i];
+        if (slot == kNone)
+            return kNone;
+        if (same(slot))
+            return lastSlot_ = slot;
+    }
 }
 
-std::size_t StreamIndex::remember(const RawKey& key, const PackageFile* file) {
-    std::size_t i = std::hash<std::string_view>{}(key.view()) % kSlots;
-    Slot& s = slots_[i];
+// Doubles the table, keeping it at most half full so that probes stay short.
+void StreamIndex::grow() {
+    std::vector<std::uint32_t> bigger(table_.size() * 2, kNone);
+    const std::size_t mask = bigger.size() - 1;
+    for (std::uint32_t slot = 0; slot < slots_.size(); ++slot) {
+        std::size_t i = std::hash<std::string_view>{}(slots_[slot].key.view()) & mask;
+        while (bigger[i] != kNone)
+            i = (i + 1) & mask;
+        bigger[i] = slot;
+    }
+    table_.swap(bigger);
+}
+
+std::uint32_t StreamIndex::remember(const RawKey& key, const PackageFile* file) {
+    if (slots_.size() >= kMaxSlots)
+        return kNone;
+    if ((slots_.size() + 1) * 2 > table_.size())
+        grow();
+    const auto slot = static_cast<std::uint32_t>(slots_.size());
+    Slot& s = slots_.emplace_back();
     s.key.size = key.size;
     std::memcpy(s.key.bytes.data(), key.bytes.data(), key.size);
     s.file = file;
-    s.sv = nullptr;
-    s.used = true;
-    s.frame.clear();
-    s.next = kNone;
-    lastSlot_ = i;
-    return i;
+    const std::size_t mask = table_.size() - 1;
+    std::size_t i = std::hash<std::string_view>{}(key.view()) & mask;
+    while (table_[i] != kNone)
+        i = (i + 1) & mask;
+    table_[i] = slot;
+    return lastSlot_ = slot;
 }
 
-void StreamIndex::followedBy(std::size_t slot) {
-    if (lastSv_ != kNone)
-        slots_[lastSv_].next = slot;
-    lastSv_ = slot;
-}
-
-const PackageFile* StreamIndex::fileOf(PackageFiles& files) {
+const PackageFile* StreamIndex::fileOf(const Sv* sv, const Goose* goose, PackageFiles& files) {
     auto [it, added] = files.emplace(path_);
     if (added)
-        touched_.push_back(&*it);
+        touched_.push_back({sv, goose, &*it});
     return &*it;
 }
 
@@ -128,7 +142,7 @@ const PackageFile* StreamIndex::svTarget(const EthernetFrame& eth, const SvFrame
     if (it->asduSvIds.empty())
         it->asduSvIds.emplace_back(sv.first.svId);
     lastSvStream_ = &*it;
-    return fileOf(it->files);
+    return fileOf(&*it, nullptr, it->files);
 }
 
 // Only frames whose ASDUs disagree on the svID get here, and they are rare:
@@ -156,12 +170,12 @@ const PackageFile* StreamIndex::gooseTarget(const EthernetFrame& eth, const Goos
     if (!filter_.keep.goose || !listed(filter_.gooseIdentifiers, s.identifier()))
         return nullptr;
     auto it = db_.gooseProto.gooses.insert(std::move(s)).first;
-    return fileOf(it->files);
+    return fileOf(nullptr, &*it, it->files);
 }
 
 template <class MakeTarget>
-std::size_t StreamIndex::file(const RawKey& key, const Package& p, MakeTarget makeTarget) {
-    std::size_t slot = key.fits ? cached(key) : kNone;
+std::uint32_t StreamIndex::file(const RawKey& key, const Package& p, MakeTarget makeTarget) {
+    std::uint32_t slot = key.fits ? cached(key) : kNone;
     const PackageFile* target = nullptr;
     if (slot != kNone) {
         target = slots_[slot].file;
@@ -176,19 +190,12 @@ std::size_t StreamIndex::file(const RawKey& key, const Package& p, MakeTarget ma
 }
 
 bool StreamIndex::addKnownSv(const std::uint8_t* frame, std::size_t size, const Package& p) {
-    // Interleaved streams repeat their order, so the slot that followed the
-    // last one's stream before is the best guess; a lone stream follows itself.
-    if (lastSv_ == kNone)
+    const std::uint32_t slot = layouts_.find(frame, size);
+    if (slot == kNone)
         return false;
-    for (std::size_t guess : {slots_[lastSv_].next, lastSv_}) {
-        if (guess == kNone || !slots_[guess].frame.matches(frame, size))
-            continue;
-        followedBy(guess);
-        if (const PackageFile* target = slots_[guess].file)
-            target->append(p);
-        return true;
-    }
-    return false;
+    if (const PackageFile* target = slots_[slot].file)
+        target->append(p);
+    return true;
 }
 
 void StreamIndex::addSv(const EthernetFrame& eth, const SvFrameView& sv, const Package& p,
@@ -198,7 +205,7 @@ void StreamIndex::addSv(const EthernetFrame& eth, const SvFrameView& sv, const P
     key.put(&sv.first.confRev, sizeof sv.first.confRev);
     key.putText(sv.first.svId);
     lastSvStream_ = nullptr;
-    std::size_t slot = file(key, p, [&] { return svTarget(eth, sv); });
+    const std::uint32_t slot = file(key, p, [&] { return svTarget(eth, sv); });
     if (slot != kNone && lastSvStream_)
         slots_[slot].sv = lastSvStream_;
     const Sv* stream = slot != kNone ? slots_[slot].sv : lastSvStream_;
@@ -213,8 +220,7 @@ void StreamIndex::addSv(const EthernetFrame& eth, const SvFrameView& sv, const P
         varying.add(eth.hsrSequenceAt, 2);
     if (eth.prpSequenceAt)
         varying.add(eth.prpSequenceAt, 2);
-    slots_[slot].frame.build(frame, size, varying);
-    followedBy(slot);
+    layouts_.learn(slot, frame, size, varying);
 }
 
 void StreamIndex::addGoose(const EthernetFrame& eth, const GooseFrameView& g, const Package& p) {
@@ -229,8 +235,8 @@ void StreamIndex::addGoose(const EthernetFrame& eth, const GooseFrameView& g, co
 }
 
 void StreamIndex::finish() {
-    for (const PackageFile* f : touched_)
-        f->packages.shrink_to_fit();
+    for (const Touched& t : touched_)
+        t.file->packages.shrink_to_fit();
 }
 
 } // namespace TavIec61850Parser

@@ -3,6 +3,7 @@
 #include "platform/parser/EthernetDecoder.h"
 #include "platform/parser/Filter.h"
 #include "platform/parser/GooseDecoder.h"
+#include "platform/parser/LayoutCache.h"
 #include "platform/parser/StreamRecords.h"
 #include "platform/parser/SvDecoder.h"
 
@@ -13,13 +14,20 @@
 
 namespace TavIec61850Parser {
 
-// Files each decoded frame under its stream in the database. Consecutive
-// frames nearly always belong to one of a handful of streams, so the target
-// file is remembered by the raw bytes of the stream key in a small
-// direct-mapped cache, and the hash set and its string keys are touched only
-// when a stream shows up for the first time.
+// Files each decoded frame under its stream in the database. The target file
+// is remembered by the raw bytes of the stream key in a table that never
+// forgets a stream, so the hash set and its string keys are touched only when
+// a stream shows up for the first time; SV frames of a known layout are filed
+// without decoding at all (LayoutCache).
 class StreamIndex {
 public:
+    // A stream's file the parse added packages to, in the order first met.
+    struct Touched {
+        const Sv* sv = nullptr; // one of sv and goose is set
+        const Goose* goose = nullptr;
+        const PackageFile* file = nullptr;
+    };
+
     StreamIndex(Db& db, const Filter& filter, std::string path);
 
     // Files a frame that matches the template of the stream expected next,
@@ -31,10 +39,12 @@ public:
 
     // Gives back the vector slack of every file touched.
     void finish();
+    const std::vector<Touched>& touched() const { return touched_; }
 
 private:
     static constexpr std::size_t kMaxKey = 320;
-    static constexpr std::size_t kSlots = 64;
+    // Streams remembered; a capture with more decodes the rest in full.
+    static constexpr std::size_t kMaxSlots = 1 << 16;
 
     struct RawKey {
         std::array<std::uint8_t, kMaxKey> bytes;
@@ -46,37 +56,36 @@ private:
             return {reinterpret_cast<const char*>(bytes.data()), size};
         }
     };
-    static constexpr std::size_t kNone = kSlots;
+    static constexpr std::uint32_t kNone = LayoutCache::kNone;
 
     struct Slot {
         RawKey key;
         const PackageFile* file = nullptr; // null: the filter drops this stream
         const Sv* sv = nullptr;            // SV only, for the svIDs its ASDUs carry
-        bool used = false;
-        FrameTemplate frame;      // SV only
-        std::size_t next = kNone; // the slot whose frame came after this one's last time
     };
 
     static void putEthernet(RawKey& key, char kind, const EthernetFrame& eth, std::uint16_t appId);
-    std::size_t cached(const RawKey& key);
-    std::size_t remember(const RawKey& key, const PackageFile* file);
-    void followedBy(std::size_t slot);
+    std::uint32_t cached(const RawKey& key);
+    std::uint32_t remember(const RawKey& key, const PackageFile* file);
+    void grow();
     const PackageFile* svTarget(const EthernetFrame& eth, const SvFrameView& sv);
     const PackageFile* gooseTarget(const EthernetFrame& eth, const GooseFrameView& goose);
-    const PackageFile* fileOf(PackageFiles& files);
+    const PackageFile* fileOf(const Sv* sv, const Goose* goose, PackageFiles& files);
     static void noteSvIds(const Sv& stream, const EthernetFrame& eth);
     // Appends the package to the key's file; the slot used, or kNone.
     template <class MakeTarget>
-    std::size_t file(const RawKey& key, const Package& p, MakeTarget makeTarget);
+    std::uint32_t file(const RawKey& key, const Package& p, MakeTarget makeTarget);
 
     Db& db_;
     const Filter& filter_;
     std::string path_;
-    std::array<Slot, kSlots> slots_{};
-    std::size_t lastSlot_ = 0;
-    std::size_t lastSv_ = kNone;
+    std::vector<Slot> slots_;
+    // Open addressing over slots_ by the key's hash; a power of two long.
+    std::vector<std::uint32_t> table_ = std::vector<std::uint32_t>(64, kNone);
+    std::uint32_t lastSlot_ = kNone;
+    LayoutCache layouts_;
     const Sv* lastSvStream_ = nullptr; // the stream svTarget made or found last
-    std::vector<const PackageFile*> touched_;
+    std::vector<Touched> touched_;
 };
 
 } // namespace TavIec61850Parser

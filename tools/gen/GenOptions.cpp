@@ -1,6 +1,7 @@
 #include "tools/gen/GenOptions.h"
 
 #include "tools/gen/CaptureVariants.h"
+#include "tools/gen/SharedPublisher.h"
 #include "tools/gen/StreamNaming.h"
 
 #include <algorithm>
@@ -41,6 +42,7 @@ struct RawOptions {
     CaptureVariants variants;
     std::optional<std::uint64_t> spikeNs; // after the SV streams' start
     std::uint64_t svStartNs = 0;          // after the capture's start
+    SharedPublisher sharedPublisher;
 };
 
 unsigned parseCount(const std::string& option, const std::string& text, unsigned low,
@@ -196,6 +198,7 @@ Scenario toScenario(const RawOptions& o) {
         s.goose.push_back(std::move(c));
     }
     applyVariants(o.variants, s);
+    applySharedPublisher(o.sharedPublisher, s);
     return s;
 }
 
@@ -236,7 +239,8 @@ GenRequest parseArguments(const std::vector<std::string>& args) {
             raw.lanPairs = true;
         } else if (a == "--unsynchronised") {
             raw.unsynchronised = true;
-        } else if (applyVariantFlag(raw.variants, a)) {
+        } else if (applyVariantFlag(raw.variants, a) ||
+                   applySharedPublisherFlag(raw.sharedPublisher, a)) {
             // taken by the call
         } else if (a.rfind("--", 0) == 0) {
             if (i + 1 >= args.size())
@@ -291,6 +295,8 @@ const char* usageText() {
   --vlan-dei                               DEI bit set in the VLAN tag
   --link ethernet|sll|sll2                 link layer: Linux cooked v1, v2 [ethernet]
   --gzip                                   write the capture gzip-compressed
+  --shared-publisher                       every SV stream from one port: the first
+                                           one's MACs, APPID and data set, own svID
   --sv-fault F --goose-fault F             (repeatable) a fault in every SV or GOOSE
                                            stream: KIND[:VALUE]@SEC[xCOUNT] with KIND
                                            drop, repeat, reorder, pause:SEC, lose-a,
