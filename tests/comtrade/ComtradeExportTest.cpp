@@ -253,6 +253,17 @@ TEST(ComtradeCommand, ARedundantCopyMakesNoRowOfItsOwn) {
     EXPECT_EQ(TavTest::readFile(both + ".dat"), TavTest::readFile(one + ".dat"));
 }
 
+// A frame that also carries other publishers' data sets gives the stream only
+// its own ASDUs: one sample a frame here, not eight.
+TEST(ComtradeCommand, ASDUsOfOtherSvIdsAreNotTheStreamsSamples) {
+    const auto shared =
+        TavTest::generated("ct_shared_frames",
+                           {"--sv", "1", "--asdus", "8", "--distinct-svids", "--duration", "0.01"});
+    const std::string base = TavTest::tempDir() + "/shared_frames";
+    ASSERT_EQ(inspect({"--comtrade", base, shared}).code, 0);
+    EXPECT_EQ(TavTest::readRecord(base).rows.size(), 40u);
+}
+
 class MissingSamples : public ::testing::TestWithParam<std::vector<std::string>> {};
 
 // The second stream starts 50 ms after the first: its channels hold the
