@@ -26,7 +26,6 @@ using namespace std::chrono_literals;
 class FailureDialogs : public ::testing::Test {
 protected:
     FailureDialogs() { shell->open(nullptr); }
-    ~FailureDialogs() override { watch.disconnect(); }
 
     // Opens the file, waits for its load to end and for the dialogs it brings.
     void load(const std::string& path) {
@@ -37,13 +36,8 @@ protected:
     }
 
     std::unique_ptr<TavNaPresenter> shell = std::make_unique<TavNaPresenter>();
-    std::vector<std::string> texts;
-    sigc::connection watch = TavTest::answerDialogs<Gtk::MessageDialog>(
-        [this](Gtk::MessageDialog& box) -> std::optional<int> {
-            texts.push_back(box.property_text().get_value());
-            return Gtk::RESPONSE_OK;
-        },
-        true);
+    TavTest::MessageBoxes boxes;
+    std::vector<std::string>& texts = boxes.texts;
 };
 
 TEST_F(FailureDialogs, AFileThatIsNotACaptureIsNamedAndStillListed) {

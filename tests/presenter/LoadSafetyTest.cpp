@@ -176,18 +176,6 @@ TEST_F(LoadSafety, QueuedClicksOnLiveEntriesPickAndTick) {
 
 namespace {
 
-// Every message box that comes up is answered and its text kept.
-struct MessageBoxes {
-    std::vector<std::string> texts;
-    sigc::connection watch = TavTest::answerDialogs<Gtk::MessageDialog>(
-        [this](Gtk::MessageDialog& box) -> std::optional<int> {
-            texts.push_back(box.property_text().get_value());
-            return Gtk::RESPONSE_OK;
-        },
-        true);
-    ~MessageBoxes() { watch.disconnect(); }
-};
-
 // Opens, removals, mode switches and closes of the window land at random
 // moments of loads, as an impatient user's would; the window then shows
 // exactly what the model holds, and nothing of an earlier load comes back.
@@ -196,7 +184,7 @@ TEST(LoadStorm, RandomMomentsOfALoadLeaveTheWindowMatchingTheModel) {
         TavTest::generated("storm-a", {"--sv", "8", "--duration", "10"}),
         TavTest::generated("storm-b", {"--sv", "2", "--goose", "3", "--duration", "5"}),
         TavTest::generated("storm-c", {"--goose", "2", "--duration", "5"})};
-    MessageBoxes boxes;
+    TavTest::MessageBoxes boxes;
     std::mt19937 random(20261123);
     auto shell = std::make_unique<TavNaPresenter>();
     shell->open(nullptr);

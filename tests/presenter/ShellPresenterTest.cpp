@@ -36,18 +36,6 @@ const std::string goose3 = "goose_3pub_interlocking_vlan0_451frames.pcap";
 const std::string sv8 = "sv_gen_8streams_4000loops_novlan.pcap";
 const std::string goose8 = "goose_ge-f650_8frames.pcap";
 
-// Every message box that comes up is answered and its text kept.
-struct MessageBoxes {
-    std::vector<std::string> texts;
-    sigc::connection watch = TavTest::answerDialogs<Gtk::MessageDialog>(
-        [this](Gtk::MessageDialog& box) -> std::optional<int> {
-            texts.push_back(box.property_text().get_value());
-            return Gtk::RESPONSE_OK;
-        },
-        true);
-    ~MessageBoxes() { watch.disconnect(); }
-};
-
 // Long enough to load that closing right after the start lands mid-parse.
 std::string largeCapture() {
     return TavTest::generated("large", {"--sv", "8", "--duration", "20"});
@@ -186,7 +174,7 @@ TEST_F(ShellTest, FileListHasARowPerFileAndItsButtonRemovesTheFile) {
 }
 
 TEST_F(ShellTest, EachTimeGapRefusalShowsOneDialogWithItsText) {
-    MessageBoxes boxes;
+    TavTest::MessageBoxes boxes;
     // The range of an open capture recorded around 1 s after the epoch.
     OscillographModel& range = model().getOscillographModel();
     range.start = 1.0;
@@ -211,7 +199,7 @@ TEST_F(ShellTest, EachTimeGapRefusalShowsOneDialogWithItsText) {
 }
 
 TEST_F(ShellTest, AMessageForAPresenterThatIsGoneIsDropped) {
-    MessageBoxes boxes;
+    TavTest::MessageBoxes boxes;
     shell->getModel().signalMessage.emit(0, "late");
     shell.reset();
     TavTest::pumpFor(200ms);

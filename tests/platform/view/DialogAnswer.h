@@ -3,8 +3,11 @@
 #include <functional>
 #include <glibmm/main.h>
 #include <gtkmm/dialog.h>
+#include <gtkmm/messagedialog.h>
 #include <gtkmm/window.h>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace TavTest {
 
@@ -34,5 +37,17 @@ sigc::connection answerDialogs(std::function<std::optional<int>(D&)> look, bool 
 template <typename D> void answerNextDialog(std::function<std::optional<int>(D&)> look) {
     answerDialogs<D>(std::move(look), false);
 }
+
+// Every message box that comes up is answered and its text kept.
+struct MessageBoxes {
+    std::vector<std::string> texts;
+    sigc::connection watch = answerDialogs<Gtk::MessageDialog>(
+        [this](Gtk::MessageDialog& box) -> std::optional<int> {
+            texts.push_back(box.property_text().get_value());
+            return Gtk::RESPONSE_OK;
+        },
+        true);
+    ~MessageBoxes() { watch.disconnect(); }
+};
 
 } // namespace TavTest
