@@ -21,6 +21,7 @@ CurrentLoad::Number CurrentLoad::begin() {
 void CurrentLoad::retire() {
     current.fetch_add(1);
     running = false;
+    signalRetired.emit();
 }
 
 void CurrentLoad::settle() {

@@ -58,6 +58,9 @@ public:
 
     sigc::signal<void()> signalBegun;
     sigc::signal<void()> signalSettled;
+    // Interface thread, on a reset: what the stopped load posted is dropped,
+    // so whatever waited for its end must answer this instead.
+    sigc::signal<void()> signalRetired;
 
 private:
     void _post(std::optional<Owner> owner, Task task);

@@ -44,6 +44,13 @@ std::size_t FileManagerModel::size() const {
     return records.size();
 }
 
+bool FileManagerModel::holds(const FileRecordModel* record, const std::string& name) const {
+    std::lock_guard<std::mutex> lock(recordsMutex);
+    return std::any_of(records.begin(), records.end(), [&](const auto& own) {
+        return own.get() == record && own->fileName == name;
+    });
+}
+
 template <typename Match> void FileManagerModel::_remove(Match match) {
     FileRecordModel* record = nullptr;
     {

@@ -37,6 +37,9 @@ public:
     // Drops every record with one signalCleared and no per-record signals.
     void clear();
     std::size_t size() const;
+    // Whether `record` is still listed under `name`: a row's record may have
+    // gone, and its address been reused, before the row hears of it.
+    bool holds(const FileRecordModel* record, const std::string& name) const;
 
     // For the interface thread while no parse runs: the records themselves
     // are not guarded.

@@ -1,6 +1,5 @@
 #include "presenter/FileManagerPresenter.h"
 
-#include "model/CurrentLoad.h"
 #include "model/FileManagerModel.h"
 #include "presenter/FileRecordPresenter.h"
 #include "view/FileManagerView.h"
@@ -10,17 +9,14 @@
 
 namespace TavNA {
 
-FileManagerPresenter::FileManagerPresenter(FileManagerModel& model, CurrentLoad& load)
-    : view(std::make_unique<FileManagerView>()), model(model), load(load),
+FileManagerPresenter::FileManagerPresenter(FileManagerModel& model)
+    : view(std::make_unique<FileManagerView>()), model(model),
       aliveToken(Tav::UpdateViewGuard::makeToken()) {
-    // A file added by a load shows once the load has settled; a removal,
-    // which comes from a row's own button, is followed from the queue so the
-    // row is not destroyed inside its own click.
-    load.signalSettled.connect(sigc::mem_fun(*this, &FileManagerPresenter::_sync));
-    const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken> alive = aliveToken;
-    model.signalRemoved.connect(
-        [alive, this, &load](FileRecordModel*) { load.post(alive, [this] { _sync(); }); });
-    _sync();
+    model.signalAdded.connect(sigc::mem_fun(*this, &FileManagerPresenter::_onAdded));
+    model.signalRemoved.connect(sigc::mem_fun(*this, &FileManagerPresenter::_onRemoved));
+    // A list handed over with files already in it.
+    for (const auto& record : model.getRecords())
+        _addRow(record.get(), record->fileName);
 }
 
 FileManagerPresenter::~FileManagerPresenter() {
@@ -33,36 +29,42 @@ Tav::IView* FileManagerPresenter::getView() {
     return view.get();
 }
 
-// The row's record may be gone already (a click queued behind a removal):
-// the row's own path names the file.
+// May run on the parse worker. The record may be freed before the posted row
+// is made, so the row keeps the path and uses the record only as an identity.
+// Not tied to the load: a file added by a load that the next open cancelled
+// is open all the same.
+void FileManagerPresenter::_onAdded(FileRecordModel* record) {
+    Tav::UpdateViewGuard::safeBeginUpdateView(
+        aliveToken, [this, record, path = record->fileName] { _addRow(record, path); });
+}
+
+// Posted, so that a row is never destroyed inside its own click. Only the
+// record's address is compared once posted: it is freed by then.
+void FileManagerPresenter::_onRemoved(FileRecordModel* record) {
+    Tav::UpdateViewGuard::safeBeginUpdateView(
+        aliveToken, [this, record, path = record->fileName] { _removeRow(record, path); });
+}
+
+// The row of the removed record itself when there is one, else the first row
+// of its path: a row of a repeated path must not outlive its own record.
+void FileManagerPresenter::_removeRow(const FileRecordModel* record, const std::string& path) {
+    auto row = std::find_if(records.begin(), records.end(),
+                            [record](const auto& r) { return r->getModel() == record; });
+    if (row == records.end())
+        row = std::find_if(records.begin(), records.end(),
+                           [&path](const auto& r) { return r->getPath() == path; });
+    if (row == records.end())
+        return;
+    dispatcher.disconnect(row->get());
+    records.erase(row);
+}
+
+// A click queued behind a removal names a record that is gone.
 void FileManagerPresenter::_onRemoveClicked(FileRecordModel* record) {
     const auto row = std::find_if(records.begin(), records.end(),
                                   [record](const auto& r) { return r->getModel() == record; });
-    if (row != records.end())
-        model.remove((*row)->getPath());
-}
-
-void FileManagerPresenter::_sync() {
-    const auto& files = model.getRecords();
-    auto listed = [&files](const std::string& path) {
-        return std::any_of(files.begin(), files.end(),
-                           [&path](const auto& file) { return file->fileName == path; });
-    };
-    for (auto row = records.begin(); row != records.end();) {
-        if (listed((*row)->getPath())) {
-            ++row;
-            continue;
-        }
-        dispatcher.disconnect(row->get());
-        row = records.erase(row);
-    }
-    for (const auto& file : files) {
-        const bool shown = std::any_of(records.begin(), records.end(), [&file](const auto& row) {
-            return row->getPath() == file->fileName;
-        });
-        if (!shown)
-            _addRow(file.get(), file->fileName);
-    }
+    if (row != records.end() && model.holds(record, (*row)->getPath()))
+        model.remove(*record);
 }
 
 void FileManagerPresenter::_addRow(FileRecordModel* record, const std::string& path) {

@@ -127,8 +127,7 @@ void TavNaPresenter::_init() {
 
     fileManagerPresenter.reset();
     if (model.getMode() == Mode::Pcap) {
-        fileManagerPresenter =
-            std::make_unique<FileManagerPresenter>(model.getFileManagerModel(), model.getLoad());
+        fileManagerPresenter = std::make_unique<FileManagerPresenter>(model.getFileManagerModel());
         Tav::IPanelView* files =
             _newPanel(filesTitle, 3, fileManagerPresenter->getView(), packageList);
         if (files != nullptr)

@@ -22,6 +22,8 @@ TavNaStatusbarPresenter::TavNaStatusbarPresenter(TavNaModel& model)
     model.signalParseStarted.connect(
         sigc::mem_fun(*this, &TavNaStatusbarPresenter::onBeforeOpenFile));
     model.signalModeChanged.connect(sigc::mem_fun(*this, &TavNaStatusbarPresenter::_onModeChanged));
+    // A reset drops the end of the open that the stopped worker posted.
+    load.signalRetired.connect(sigc::mem_fun(*this, &TavNaStatusbarPresenter::_onLoadRetired));
     view->signalCancelLoad.connect(sigc::mem_fun(*this, &TavNaStatusbarPresenter::_onCancelLoad));
     view->signalModeSwitched.connect(
         sigc::mem_fun(*this, &TavNaStatusbarPresenter::_onModeSwitched));
@@ -58,11 +60,17 @@ void TavNaStatusbarPresenter::_postProgress(
 void TavNaStatusbarPresenter::_postOpenFinished(
     CurrentLoad& load, const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive,
     TavNaStatusbarView* bar) {
-    load.post(alive, [bar] {
-        bar->setFileName("");
-        bar->showProgress(false);
-        bar->showCancelLoadButton(false);
-    });
+    load.post(alive, [bar] { _showIdle(bar); });
+}
+
+void TavNaStatusbarPresenter::_onLoadRetired() {
+    _showIdle(view.get());
+}
+
+void TavNaStatusbarPresenter::_showIdle(TavNaStatusbarView* bar) {
+    bar->setFileName("");
+    bar->showProgress(false);
+    bar->showCancelLoadButton(false);
 }
 
 void TavNaStatusbarPresenter::reset() {

@@ -34,6 +34,9 @@ private:
     void _onCancelLoad();
     void _onModeSwitched(bool active);
     void _onModeChanged();
+    void _onLoadRetired();
+    // No file, no progress, no cancel: after an open ends and after a reset.
+    static void _showIdle(TavNaStatusbarView* bar);
     // Callable on the worker: the view is touched only by the posted work.
     static void _postProgress(CurrentLoad& load,
                               const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken>& alive,

@@ -1,5 +1,6 @@
 // The module's root presenter with its real model, real captures, the real
 // parse worker and real widgets on a real main loop.
+#include "model/FileManagerModel.h"
 #include "model/TavNaModel.h"
 #include "platform/common/Language.h"
 #include "platform/common/Log.h"
@@ -171,6 +172,58 @@ TEST_F(ShellTest, FileListHasARowPerFileAndItsButtonRemovesTheFile) {
     auto& panel = dynamic_cast<FileManagerView&>(*shell->getFileManagerPresenter()->getView());
     EXPECT_EQ(panel.rows().get_child_at(0, 0), nullptr);
     EXPECT_NE(panel.rows().get_child_at(0, 1), nullptr);
+}
+
+// A reset drops what the stopped load posted; the bar must go idle all the same.
+TEST_F(ShellTest, SwitchingModeDuringALoadLeavesTheBarIdleInBothModes) {
+    auto idle = [this] {
+        return !bar().progressBar().get_visible() && !bar().cancelLoadButton().get_visible() &&
+               bar().progressBar().get_text().empty();
+    };
+    model().parseFile(largeCapture());
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return bar().progressBar().get_fraction() > 0.0; }, 60s));
+    ASSERT_FALSE(idle());
+
+    bar().modeSwitch().set_active(true);
+    TavTest::pumpFor(300ms);
+    EXPECT_EQ(bar().modeLabel().get_text(), "ETHERNET");
+    EXPECT_TRUE(idle());
+
+    bar().modeSwitch().set_active(false);
+    TavTest::pumpFor(300ms);
+    EXPECT_EQ(bar().modeLabel().get_text(), "PCAP");
+    EXPECT_TRUE(idle());
+    EXPECT_EQ(rows(), 0u);
+}
+
+// Rows follow the list's own add and remove signals, whoever changes the list.
+TEST_F(ShellTest, FileListFollowsTheModelsAddAndRemoveSignals) {
+    FileManagerModel& files = model().getFileManagerModel();
+    files.add("/captures/a.pcap");
+    files.add("/captures/b.pcap");
+    files.add("/captures/a.pcap");
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return rows() == 3; }));
+    const auto& presenters = shell->getFileManagerPresenter()->rows();
+    EXPECT_EQ(presenters[0]->getModel(), files.getRecords()[0].get());
+    EXPECT_EQ(presenters[2]->getModel(), files.getRecords()[2].get());
+
+    // The later record of a repeated path goes by its identity, so that no
+    // row is left holding it.
+    files.remove(*files.getRecords()[2]);
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return rows() == 2; }));
+    EXPECT_EQ(presenters[0]->getModel(), files.getRecords()[0].get());
+    EXPECT_EQ(presenters[1]->getPath(), "/captures/b.pcap");
+
+    files.remove("/captures/none.pcap");
+    TavTest::pumpFor(100ms);
+    EXPECT_EQ(rows(), 2u);
+
+    // A click on a row whose record is gone removes nothing else.
+    auto& stale = dynamic_cast<FileRecordView&>(*presenters[0]->getView());
+    files.remove("/captures/a.pcap");
+    stale.removeButtonWidget().clicked();
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return rows() == 1; }));
+    EXPECT_TRUE(files.isExists("/captures/b.pcap"));
 }
 
 TEST_F(ShellTest, EachTimeGapRefusalShowsOneDialogWithItsText) {
