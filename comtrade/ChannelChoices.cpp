@@ -1,9 +1,9 @@
 #include "comtrade/ChannelChoices.h"
 
 #include "comtrade/GooseTimeline.h"
-#include "comtrade/WindowFrames.h"
 #include "model/SvChannelNaming.h"
 #include "platform/parser/GooseParser.h"
+#include "stream/WindowFrames.h"
 
 #include <algorithm>
 

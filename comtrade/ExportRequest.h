@@ -2,10 +2,12 @@
 
 #include "platform/parser/StreamRecords.h"
 #include "platform/parser/Timest.h"
+#include "stream/StreamClocks.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -45,6 +47,9 @@ struct ExportRequest {
     DataFormat format = DataFormat::Binary;
     std::string stationName;
     std::string deviceId;
+    // The database's clocks, so that the record's instants are the window's;
+    // absent, the chosen streams are surveyed for the export.
+    std::shared_ptr<TavStream::StreamClocks> clocks;
 };
 
 // How the rows of SV streams other than the first were matched to it.

@@ -1,12 +1,18 @@
 #pragma once
 
-#include "comtrade/WindowFrames.h"
+#include "stream/WindowFrames.h"
 
 #include <cstdint>
 #include <optional>
 #include <vector>
 
 namespace TavComtrade {
+
+using TavStream::framesInWindow;
+using TavStream::PlacedFrame;
+using TavStream::readFrames;
+using TavStream::toNanoseconds;
+using TavStream::WindowFrames;
 
 // The boolean entries of one GOOSE stream through a window: the state each
 // frame carries, and the state in force before the window.

@@ -60,9 +60,10 @@ void RowBuilder::_openSv(const ExportRequest& request) {
     std::vector<std::vector<std::size_t>> indices;
     std::vector<std::pair<std::size_t, std::size_t>> places;
     const auto streams = streamsOf(request.analog, indices, places);
+    clocks_ = request.clocks ? request.clocks : std::make_shared<TavStream::StreamClocks>(streams);
     for (std::size_t s = 0; s < streams.size(); ++s)
-        sv_.push_back(
-            std::make_unique<SvCursor>(*streams[s], request.from, request.to, indices[s]));
+        sv_.push_back(std::make_unique<SvCursor>(*streams[s], request.from, request.to, indices[s],
+                                                 clocks_->of(*streams[s])));
     for (const auto& [stream, value] : places)
         analog_.push_back({stream, value});
 }

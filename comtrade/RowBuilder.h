@@ -61,6 +61,7 @@ private:
     void _buildFromGoose(const std::function<void(const Row&)>& sink);
     void _fillDigital(Row& row);
 
+    std::shared_ptr<TavStream::StreamClocks> clocks_; // the cursors' clocks live in it
     std::vector<std::unique_ptr<SvCursor>> sv_;
     std::vector<Slot> analog_;
     std::vector<std::unique_ptr<GooseTimeline>> goose_;

@@ -7,7 +7,6 @@
 
 namespace TavComtrade {
 
-using TavIec61850Parser::AsduCounters;
 using TavIec61850Parser::SvParser;
 
 namespace {
@@ -17,26 +16,14 @@ constexpr std::size_t kBatchFrames = 512;
 constexpr std::size_t kRecentSamples = 16;
 constexpr std::int64_t kCopyWindowNs = 500'000'000;
 
-AsduCounters firstCounters(const WindowFrames& window) {
-    AsduCounters counters;
-    if (window.frames.empty())
-        return counters;
-    readFrames(window.frames, 0, 1, [&](std::size_t, const std::vector<std::uint8_t>& bytes) {
-        const auto asdus = SvParser::parseASDUFromFrame(bytes.data(), bytes.size());
-        if (!asdus.empty())
-            counters = asdus.front().counters;
-    });
-    return counters;
-}
-
 } // namespace
 
 SvCursor::SvCursor(const TavIec61850Parser::Sv& stream,
                    const std::optional<TavIec61850Parser::Timest>& from,
                    const std::optional<TavIec61850Parser::Timest>& to,
-                   std::vector<std::size_t> indices)
+                   std::vector<std::size_t> indices, const TavStream::SamplingClock& clock)
     : stream_(stream), window_(framesInWindow(stream, from, to)), indices_(std::move(indices)),
-      clock_(firstCounters(window_), window_.frameSpacingNs(), stream.asdusPerFrame) {}
+      clock_(clock) {}
 
 bool SvCursor::next(SvSample& out) {
     while (true) {
@@ -70,10 +57,13 @@ void SvCursor::_readBatch() {
     const std::size_t end = std::min(window_.frames.size(), nextFrame_ + kBatchFrames);
     readFrames(window_.frames, nextFrame_, end,
                [&](std::size_t i, const std::vector<std::uint8_t>& bytes) {
-                   const auto asdus = SvParser::parseASDUFromFrame(bytes.data(), bytes.size());
+                   auto asdus = SvParser::parseASDUFromFrame(bytes.data(), bytes.size());
+                   // ASDUs of other data sets carried in the frame are not this stream's.
+                   std::erase_if(asdus, [&](const auto& a) { return a.svId != stream_.svId; });
                    for (std::size_t a = 0; a < asdus.size(); ++a) {
                        SvSample sample;
-                       sample.ns = clock_.instant(window_.frames[i].ns, a, asdus.size());
+                       sample.ns = clock_.instant(window_.frames[i].ns, asdus[a].counters.smpCnt, a,
+                                                  asdus.size());
                        sample.smpCnt = asdus[a].counters.smpCnt;
                        sample.synchronised = asdus[a].counters.smpSynch != 0;
                        for (const std::size_t index : indices_)

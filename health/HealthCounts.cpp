@@ -26,7 +26,7 @@ std::vector<NamedCount> healthCounts(const StreamHealth& h) {
                            {"test_samples", q.test, true},
                            {"derived_samples", q.derived, true},
                            {"operator_blocked_samples", q.operatorBlocked, true},
-                           {"late_frames", s.timing.lateFrames, true}});
+                           {"late_frames", s.transfer.lateFrames, true}});
     }
     if (h.goose) {
         const GooseHealth& g = *h.goose;

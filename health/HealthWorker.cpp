@@ -19,7 +19,9 @@ void HealthWorker::start(std::vector<HealthTarget> targets, Deliver deliver) {
             std::string error;
             try {
                 const HealthTarget& t = targets[i];
-                health = std::make_shared<StreamHealth>(t.sv ? checkStream(*t.sv, &cancel_)
+                const TavStream::SamplingClock* clock =
+                    t.sv && t.clocks ? &t.clocks->of(*t.sv) : nullptr;
+                health = std::make_shared<StreamHealth>(t.sv ? checkStream(*t.sv, clock, &cancel_)
                                                              : checkStream(*t.goose, &cancel_));
             } catch (const std::exception& e) {
                 error = e.what();

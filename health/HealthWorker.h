@@ -2,6 +2,7 @@
 
 #include "health/StreamHealth.h"
 #include "platform/parser/StreamRecords.h"
+#include "stream/StreamClocks.h"
 
 #include <atomic>
 #include <functional>
@@ -15,6 +16,8 @@ namespace TavHealth {
 struct HealthTarget {
     const TavIec61850Parser::Sv* sv = nullptr;
     const TavIec61850Parser::Goose* goose = nullptr;
+    // The database's clocks, kept alive while the check runs.
+    std::shared_ptr<TavStream::StreamClocks> clocks;
 };
 
 // Checks streams one after another on a thread of its own. It reads the

@@ -4,6 +4,7 @@
 #include "health/GooseChecks.h"
 #include "health/LanPairing.h"
 #include "health/SvChecks.h"
+#include "stream/StreamClocks.h"
 
 namespace TavHealth {
 
@@ -34,9 +35,12 @@ StreamHealth run(const PackageFiles& files, Checks& checks, EventLog& log,
 
 } // namespace
 
-StreamHealth checkStream(const Sv& stream, const std::atomic<bool>* cancel) {
+StreamHealth checkStream(const Sv& stream, const TavStream::SamplingClock* clock,
+                         const std::atomic<bool>* cancel) {
     EventLog log;
-    SvChecks checks(stream.svId, log);
+    const TavStream::SamplingClock own =
+        clock ? TavStream::SamplingClock{} : TavStream::surveyStream(stream, cancel);
+    SvChecks checks(stream.svId, clock ? *clock : own, log);
     return run(stream.files, checks, log, cancel);
 }
 

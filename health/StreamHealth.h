@@ -32,7 +32,15 @@ struct ArrivalTiming {
     double median = 0;
     double p99 = 0;
     double largest = 0;
-    std::uint64_t lateFrames = 0; // later than twice the median
+};
+
+// A frame's arrival less its last sample's instant, less that of the fastest
+// frame (the capturing computer's clock is not the merging unit's), seconds.
+struct TransferTime {
+    double median = 0;
+    double p99 = 0;
+    double largest = 0;
+    std::uint64_t lateFrames = 0; // more than 3 ms after the fastest
 };
 
 struct SvHealth {
@@ -47,6 +55,7 @@ struct SvHealth {
     std::uint64_t smpsynchChanges = 0;
     std::vector<ChannelQuality> quality; // per channel
     ArrivalTiming timing;
+    TransferTime transfer;
 };
 
 // The intervals of the first frames after one state change, in seconds.

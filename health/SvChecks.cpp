@@ -2,6 +2,7 @@
 
 #include "health/ArrivalTimingCheck.h"
 #include "platform/parser/SvDecoder.h"
+#include "stream/WindowFrames.h"
 
 #include <algorithm>
 #include <cmath>
@@ -26,10 +27,6 @@ constexpr std::uint32_t kDerived = 1u << 13;
 constexpr std::uint16_t kLowestPerSecondRate = 1000;
 
 } // namespace
-
-Timest sampleInstant(const Timest& frameTime, std::size_t, std::size_t) {
-    return frameTime;
-}
 
 SvChecks::Frame SvChecks::decode(const EthernetFrame& eth) {
     decoded_.clear();
@@ -63,7 +60,12 @@ void SvChecks::use(const Timest& time, const Frame& frame, StreamHealth& health)
     sv_.asdusPerFrame = std::max<std::uint32_t>(sv_.asdusPerFrame, mine.size());
     lastFrameAsdus_ = mine.size();
     for (std::size_t i = 0; i < mine.size(); ++i)
-        useAsdu(sampleInstant(time, i, mine.size()), *mine[i]);
+        useAsdu(time, *mine[i]);
+    if (!mine.empty()) {
+        const std::int64_t arrival = TavStream::toNanoseconds(time);
+        transferNs_.push_back(arrival - clock_.instant(arrival, mine.back()->counters.smpCnt,
+                                                       mine.size() - 1, mine.size()));
+    }
 }
 
 void SvChecks::useAsdu(const Timest& time, const ASDUData& asdu) {
@@ -145,6 +147,7 @@ void SvChecks::finish(StreamHealth& health) {
     else if (sv_.sampleRate > 0)
         sv_.nominalWrap = static_cast<std::uint32_t>(std::lround(sv_.sampleRate));
     sv_.timing = checkArrivalTiming(frameTimes_, log_);
+    sv_.transfer = checkTransferTime(frameTimes_, transferNs_, log_);
     health.sv = std::move(sv_);
 }
 

@@ -3,14 +3,11 @@
 #include "health/EventLog.h"
 #include "platform/parser/EthernetDecoder.h"
 #include "platform/parser/SvParser.h"
+#include "stream/SamplingClock.h"
 
 #include <optional>
 
 namespace TavHealth {
-
-// The time given to the ASDU at `index` of `count` in a frame captured at
-// `frameTime`. All ASDUs of a frame take the frame's capture time.
-Timest sampleInstant(const Timest& frameTime, std::size_t index, std::size_t count);
 
 // Sequence, synchronisation, quality and arrival checks of one SV stream,
 // fed frame by frame in capture order.
@@ -21,7 +18,8 @@ public:
         std::vector<TavIec61850Parser::ASDUData>* asdus = nullptr; // all of the frame's
     };
 
-    SvChecks(std::string svId, EventLog& log) : svId_(std::move(svId)), log_(log) {}
+    SvChecks(std::string svId, const TavStream::SamplingClock& clock, EventLog& log)
+        : svId_(std::move(svId)), clock_(clock), log_(log) {}
 
     // Throws MalformedFrame.
     Frame decode(const TavIec61850Parser::EthernetFrame& eth);
@@ -36,7 +34,9 @@ private:
     void checkSequence();
 
     std::string svId_;
+    const TavStream::SamplingClock& clock_;
     EventLog& log_;
+    std::vector<std::int64_t> transferNs_; // arrival less the last own sample's instant
     std::vector<TavIec61850Parser::ASDUData> decoded_;
     SvHealth sv_;
     std::vector<std::uint16_t> counts_;

@@ -87,6 +87,7 @@ void TavNaModel::_init() {
     }
     load.retire();
     db = TavIec61850Parser::Db();
+    clocks = std::make_shared<TavStream::StreamClocks>();
     fileManager = std::make_unique<FileManagerModel>();
     if (fileRemovedConnection.connected())
         fileRemovedConnection.disconnect();
@@ -139,10 +140,20 @@ void TavNaModel::_run(const std::string& path) {
                                   std::to_string(oscillographModel->gapSeconds) +
                                   " сек. Если необходимо откройте файл отдельно.");
     }
+    _surveyClocks(true);
     signalParseFinished.emit(path);
     stopRequested.exchange(false);
     packageList->update(db, filter, groupFilter);
     load.settle();
+}
+
+// Every stream's clock needs all its frames: surveyed with the load, on the
+// worker, so that no redraw waits for it; after a removal, on the first ask.
+void TavNaModel::_surveyClocks(bool now) {
+    auto fresh = std::make_shared<TavStream::StreamClocks>(TavStream::svStreams(db));
+    if (now)
+        fresh->surveyAll(TavStream::svStreams(db), &stopRequested);
+    clocks = std::move(fresh);
 }
 
 void TavNaModel::_reportFailure(const std::string& path, const std::string& reason,
@@ -163,6 +174,7 @@ void TavNaModel::_updateProgress(double value) {
 void TavNaModel::_onFileRemoved(FileRecordModel* record) {
     db.clearByFileName(record->fileName);
     TavIec61850Parser::PcapParser::forgetFile(record->fileName);
+    _surveyClocks(false);
     packageList->update(db, filter, groupFilter);
     // Only GOOSE streams are asked about, also when SV streams remain: the
     // range is recomputed from the remaining files as soon as one is added.

@@ -8,6 +8,7 @@
 #include "platform/parser/Filter.h"
 #include "platform/parser/StreamRecords.h"
 #include "platform/parser/Timest.h"
+#include "stream/StreamClocks.h"
 
 #include <atomic>
 #include <cstdint>
@@ -44,6 +45,9 @@ public:
     Mode getMode() const { return mode; }
 
     TavIec61850Parser::Db& getDb() { return db; }
+    // The sampling clocks of the database as it stands; replaced with it.
+    // Interface thread, outside a load (like the database itself).
+    std::shared_ptr<TavStream::StreamClocks> getClocks() const { return clocks; }
     TavIec61850Parser::Filter& getFilter() { return filter; }
     GroupFilter& getGroupFilter() { return groupFilter; }
     // Replaced on every reset: fetch them again on signalModeChanged.
@@ -89,6 +93,7 @@ private:
     void _reportFailure(const std::string& path, const std::string& reason,
                         std::uint64_t framesKept);
     void _stopWorker();
+    void _surveyClocks(bool now);
     void _updateProgress(double value);
     void _onFileRemoved(FileRecordModel* record);
     // (latest end, earliest begin) over every stream's part of that file.
@@ -97,6 +102,7 @@ private:
     bool _checkFileTimeGap(const std::string& path) const;
 
     TavIec61850Parser::Db db;
+    std::shared_ptr<TavStream::StreamClocks> clocks = std::make_shared<TavStream::StreamClocks>();
     TavIec61850Parser::Filter filter;
     GroupFilter groupFilter;
     std::atomic<bool> stopRequested{false};

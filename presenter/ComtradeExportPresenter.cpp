@@ -111,6 +111,7 @@ std::optional<TavComtrade::ExportRequest> ComtradeExportPresenter::_request() {
     request.to = OscillographPresenter::_getTimestFromSec(start + to);
     request.stationName = TavComtrade::stationNameOf(pathsOf(request));
     request.deviceId = TavComtrade::deviceIdOf(request);
+    request.clocks = model.getClocks();
     return request;
 }
 

@@ -65,14 +65,14 @@ void DiagnosticsPresenter::_onTreeUpdated() {
         if (group->getSvs().empty())
             continue;
         const auto* sv = group->getSvs().front();
-        entries.push_back({group.get(), {sv, nullptr}, "SV " + sv->svId, nullptr, {}});
+        entries.push_back({group.get(), {sv, nullptr, nullptr}, "SV " + sv->svId, nullptr, {}});
     }
     for (const auto& group : packages.getGooseProto().getGroups().getItems()) {
         if (group->getGooses().empty())
             continue;
         const auto* goose = group->getGooses().front();
         const std::string& name = goose->goId.empty() ? goose->gocbRef : goose->goId;
-        entries.push_back({group.get(), {nullptr, goose}, "GOOSE " + name, nullptr, {}});
+        entries.push_back({group.get(), {nullptr, goose, nullptr}, "GOOSE " + name, nullptr, {}});
     }
     _check();
     _refresh();
@@ -95,6 +95,8 @@ void DiagnosticsPresenter::_check() {
     std::vector<TavHealth::HealthTarget> targets;
     for (std::size_t i : order)
         targets.push_back(entries[i].target);
+    for (auto& target : targets)
+        target.clocks = model.getClocks();
     const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken> alive = liveness;
     const std::uint64_t thisRun = run;
     worker.start(std::move(targets), [this, alive, thisRun,
@@ -200,6 +202,10 @@ void DiagnosticsPresenter::_refresh() {
                        "медиана " + decimal(h.sv->timing.median * 1e3, "%.3f") + " мс, 99 % " +
                            decimal(h.sv->timing.p99 * 1e3, "%.3f") + " мс, наибольший " +
                            decimal(h.sv->timing.largest * 1e3, "%.3f") + " мс"}});
+        lines.push_back({"время передачи",
+                         "медиана " + decimal(h.sv->transfer.median * 1e3, "%.3f") + " мс, 99 % " +
+                             decimal(h.sv->transfer.p99 * 1e3, "%.3f") + " мс, наибольшее " +
+                             decimal(h.sv->transfer.largest * 1e3, "%.3f") + " мс"});
     }
     if (h.goose) {
         std::string revs;

@@ -234,7 +234,7 @@ void OscillographPresenter::_draw() {
     for (const auto& [channel, group] : gooseSelection)
         if (group != nullptr && !group->getGooses().empty())
             gooseTraces.want(group->getGooses().back(), channel->getIndex());
-    svTraces.build(window.trace, window.readFailures, summaries.get());
+    svTraces.build(window.trace, window.readFailures, model.getClocks().get(), summaries.get());
     gooseTraces.build(window.trace, window.readFailures);
 
     _drawSelection(svSelection, window, [&](SvChannel& c, const SvGroup& g, Window& w) {

@@ -6,7 +6,7 @@
 
 namespace TavWaveform {
 
-void readFrameRuns(const std::vector<TavComtrade::PlacedFrame>& frames, ReadFailures& failures,
+void readFrameRuns(const std::vector<TavStream::PlacedFrame>& frames, ReadFailures& failures,
                    const std::function<void(std::size_t, const std::vector<std::uint8_t>&)>& use) {
     std::size_t begin = 0;
     while (begin < frames.size()) {
@@ -14,7 +14,7 @@ void readFrameRuns(const std::vector<TavComtrade::PlacedFrame>& frames, ReadFail
         while (end < frames.size() && frames[end].path == frames[begin].path)
             ++end;
         try {
-            TavComtrade::readFrames(frames, begin, end, use);
+            TavStream::readFrames(frames, begin, end, use);
         } catch (const std::exception& error) {
             const auto* parseError = dynamic_cast<const TavIec61850Parser::ParseError*>(&error);
             failures.emplace(*frames[begin].path,

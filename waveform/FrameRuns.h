@@ -1,6 +1,6 @@
 #pragma once
 
-#include "comtrade/WindowFrames.h"
+#include "stream/WindowFrames.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -18,7 +18,7 @@ using ReadFailures = std::set<std::pair<std::string, std::string>>;
 // Reads every frame again, in the order given, a run of frames from one file
 // at a time. A run that fails (the file gone or changed) is left out from the
 // failing frame on and the others still read; each file's failure is kept.
-void readFrameRuns(const std::vector<TavComtrade::PlacedFrame>& frames, ReadFailures& failures,
+void readFrameRuns(const std::vector<TavStream::PlacedFrame>& frames, ReadFailures& failures,
                    const std::function<void(std::size_t, const std::vector<std::uint8_t>&)>& use);
 
 } // namespace TavWaveform

@@ -1,7 +1,7 @@
 #include "waveform/GooseTrace.h"
 
-#include "comtrade/WindowFrames.h"
 #include "platform/parser/GooseParser.h"
+#include "stream/WindowFrames.h"
 #include "waveform/BucketEnvelope.h"
 #include "waveform/FrameRuns.h"
 
@@ -12,8 +12,8 @@
 
 namespace TavWaveform {
 
-using TavComtrade::PlacedFrame;
 using TavIec61850Parser::GooseParser;
+using TavStream::PlacedFrame;
 
 namespace {
 
@@ -56,7 +56,7 @@ void completeSteps(std::vector<TracePoint>& points, std::optional<float> before,
 Traces GooseTrace::build(const TavIec61850Parser::Goose& stream,
                          const std::vector<std::size_t>& indices, const TraceWindow& window,
                          ReadFailures& failure) {
-    const auto frames = TavComtrade::framesInWindow(stream, window.fromStamp(), window.toStamp());
+    const auto frames = TavStream::framesInWindow(stream, window.fromStamp(), window.toStamp());
     Traces traces;
     traces.channels.resize(indices.size());
     traces.envelope = frames.frames.size() > window.budget();

@@ -1,8 +1,8 @@
 #include "waveform/SampleSummary.h"
 
-#include "comtrade/WindowFrames.h"
 #include "platform/parser/FileRegistry.h"
 #include "platform/parser/FrameReader.h"
+#include "stream/WindowFrames.h"
 #include "waveform/SvSampleReader.h"
 #include "waveform/SvTrace.h"
 
@@ -19,15 +19,16 @@ constexpr std::size_t kBatchFrames = 65536;
 
 } // namespace
 
-std::optional<SummarySource> SummarySource::of(const TavIec61850Parser::Sv& stream) {
+std::optional<SummarySource> SummarySource::of(const TavIec61850Parser::Sv& stream,
+                                               const TavStream::SamplingClock& clock) {
     if (stream.files.size() != 1 || !stream.files.begin()->timeOrdered)
         return std::nullopt;
     const auto& file = *stream.files.begin();
     SummarySource source;
     source.path = file.path;
     source.packages = file.packages;
-    source.frameSpacingNs = SvTrace::frameSpacingNs(stream);
-    source.asdusPerFrame = stream.asdusPerFrame;
+    source.svId = stream.svId;
+    source.clock = clock;
     source.channels = stream.valuesPerAsdu;
     return source;
 }
@@ -81,7 +82,7 @@ std::optional<SampleSummary> SampleSummary::build(const SummarySource& source,
         s.minMax_[i] = std::numeric_limits<std::int32_t>::max();
         s.minMax_[i + 1] = std::numeric_limits<std::int32_t>::min();
     }
-    SvSampleReader samples(source.frameSpacingNs, source.asdusPerFrame);
+    SvSampleReader samples(source.clock, source.svId);
     std::vector<std::uint64_t> offsets;
     for (std::size_t begin = 0; begin < source.packages.size(); begin += kBatchFrames) {
         if (stop.load())
@@ -96,7 +97,7 @@ std::optional<SampleSummary> SampleSummary::build(const SummarySource& source,
                     const std::size_t frame = begin + k;
                     const std::size_t b = frame / s.blockFrames_;
                     Block& block = s.blocks_[b];
-                    const auto ns = TavComtrade::toNanoseconds(source.packages[frame].time);
+                    const auto ns = TavStream::toNanoseconds(source.packages[frame].time);
                     samples.read(bytes, ns,
                                  [&](std::int64_t at, const TavIec61850Parser::SvAsduView& asdu) {
                                      if (block.lastNs == 0)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/parser/StreamRecords.h"
+#include "stream/SamplingClock.h"
 
 #include <atomic>
 #include <cstddef>
@@ -16,12 +17,13 @@ namespace TavWaveform {
 struct SummarySource {
     std::string path;
     std::vector<TavIec61850Parser::Package> packages;
-    double frameSpacingNs = 0.0;
-    std::uint32_t asdusPerFrame = 0;
+    std::string svId;
+    TavStream::SamplingClock clock;
     std::size_t channels = 0; // values per ASDU
 
     // Empty when the stream lies in several files or its times go backwards.
-    static std::optional<SummarySource> of(const TavIec61850Parser::Sv& stream);
+    static std::optional<SummarySource> of(const TavIec61850Parser::Sv& stream,
+                                           const TavStream::SamplingClock& clock);
     // What the summary was built from: it serves the stream only while equal.
     std::string key() const;
     // The key the stream's source would have, without copying its frames;

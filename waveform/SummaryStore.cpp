@@ -18,7 +18,8 @@ SummaryStore::~SummaryStore() {
     worker_.join();
 }
 
-std::shared_ptr<const SampleSummary> SummaryStore::find(const TavIec61850Parser::Sv& stream) {
+std::shared_ptr<const SampleSummary> SummaryStore::find(const TavIec61850Parser::Sv& stream,
+                                                        const TavStream::SamplingClock& clock) {
     // Known by its file, frame count and first and last offsets: a stream
     // whose frames changed gets a summary of its own.
     const std::string key = SummarySource::keyOf(stream);
@@ -28,7 +29,7 @@ std::shared_ptr<const SampleSummary> SummaryStore::find(const TavIec61850Parser:
     if (auto it = built_.find(key); it != built_.end())
         return it->second;
     if (queued_.insert(key).second) {
-        if (auto source = SummarySource::of(stream))
+        if (auto source = SummarySource::of(stream, clock))
             queue_.push_back(std::move(*source));
         wake_.notify_all();
     }

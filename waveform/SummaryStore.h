@@ -30,7 +30,8 @@ public:
     // The stream's summary when built; otherwise its build is queued (once)
     // and null returned. Streams in several files or out of time order get
     // none.
-    std::shared_ptr<const SampleSummary> find(const TavIec61850Parser::Sv& stream);
+    std::shared_ptr<const SampleSummary> find(const TavIec61850Parser::Sv& stream,
+                                              const TavStream::SamplingClock& clock);
 
 private:
     void run();

@@ -17,14 +17,10 @@ bool SvSampleReader::decode(const std::vector<std::uint8_t>& bytes) {
     }
     if (views_.empty())
         return false;
-    // A frame may carry ASDUs of other publishers' data sets; the stream is
-    // the one of its first ASDU's svID, and only its ASDUs are its samples.
-    const auto svId = views_.front().svId;
-    std::erase_if(views_, [&](const SvAsduView& v) { return v.svId != svId; });
-    // The first frame read sets the clock: its counters tell the sample rate.
-    if (!clock_)
-        clock_.emplace(views_.front().counters, spacingNs_, asdusPerFrame_);
-    return true;
+    // A frame may carry ASDUs of other publishers' data sets: only the
+    // stream's own are its samples.
+    std::erase_if(views_, [&](const SvAsduView& v) { return v.svId != svId_; });
+    return !views_.empty();
 }
 
 } // namespace TavWaveform

@@ -1,24 +1,24 @@
 #pragma once
 
-#include "comtrade/AsduClock.h"
 #include "platform/parser/ByteReader.h"
 #include "platform/parser/SvDecoder.h"
+#include "stream/SamplingClock.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
+#include <string>
 #include <vector>
 
 namespace TavWaveform {
 
-// Every ASDU of an SV stream's frames as one sample at its own instant: the
-// last of a frame at the frame's capture time, the earlier ones back from it
-// at the stream's sample interval. The ASDUs are views into the frame, not
-// copies: a zoomed-out window reads millions of them.
+// Every ASDU of an SV stream's own svID as one sample at its sampling instant,
+// told by the stream's clock from the frame's arrival and the ASDU's counter.
+// The ASDUs are views into the frame, not copies: a zoomed-out window reads
+// millions of them.
 class SvSampleReader {
 public:
-    SvSampleReader(double frameSpacingNs, std::uint32_t asdusPerFrame)
-        : spacingNs_(frameSpacingNs), asdusPerFrame_(asdusPerFrame) {}
+    SvSampleReader(const TavStream::SamplingClock& clock, std::string svId)
+        : clock_(clock), svId_(std::move(svId)) {}
 
     // Calls use(ns, asdu) for each ASDU; false when the bytes are not an SV frame.
     template <typename Use>
@@ -26,7 +26,7 @@ public:
         if (!decode(bytes))
             return false;
         for (std::size_t a = 0; a < views_.size(); ++a)
-            use(clock_->instant(frameNs, a, views_.size()), views_[a]);
+            use(clock_.instant(frameNs, views_[a].counters.smpCnt, a, views_.size()), views_[a]);
         return true;
     }
 
@@ -39,9 +39,8 @@ public:
 private:
     bool decode(const std::vector<std::uint8_t>& bytes);
 
-    double spacingNs_;
-    std::uint32_t asdusPerFrame_;
-    std::optional<TavComtrade::AsduClock> clock_;
+    const TavStream::SamplingClock& clock_;
+    std::string svId_;
     std::vector<TavIec61850Parser::SvAsduView> views_;
 };
 

@@ -1,7 +1,7 @@
 #include "waveform/SvTrace.h"
 
-#include "comtrade/WindowFrames.h"
 #include "platform/parser/WindowQuery.h"
+#include "stream/WindowFrames.h"
 #include "waveform/BucketEnvelope.h"
 #include "waveform/FrameRuns.h"
 #include "waveform/SummaryStore.h"
@@ -13,13 +13,11 @@
 
 namespace TavWaveform {
 
-using TavComtrade::PlacedFrame;
-using TavComtrade::WindowFrames;
 using TavIec61850Parser::Sv;
+using TavStream::PlacedFrame;
+using TavStream::WindowFrames;
 
 namespace {
-
-constexpr std::size_t kSpacingFrames = 4097;
 
 // Where the samples of one channel go: straight to its points, or through
 // its column envelope.
@@ -85,34 +83,22 @@ std::vector<PlacedFrame> placed(const TavIec61850Parser::PackageFile& file, std:
     std::vector<PlacedFrame> frames;
     frames.reserve(end > begin ? end - begin : 0);
     for (std::size_t i = begin; i < end; ++i)
-        frames.push_back({TavComtrade::toNanoseconds(file.packages[i].time),
-                          file.packages[i].offset, &file.path});
+        frames.push_back(
+            {TavStream::toNanoseconds(file.packages[i].time), file.packages[i].offset, &file.path});
     return frames;
 }
 
 } // namespace
 
-double SvTrace::frameSpacingNs(const Sv& stream) {
-    const TavIec61850Parser::PackageFile* largest = nullptr;
-    for (const auto& file : stream.files)
-        if (largest == nullptr || file.packages.size() > largest->packages.size())
-            largest = &file;
-    if (largest == nullptr)
-        return 0.0;
-    WindowFrames sample;
-    const std::size_t n = std::min(kSpacingFrames, largest->packages.size());
-    for (std::size_t i = 0; i < n; ++i)
-        sample.frames.push_back(
-            {TavComtrade::toNanoseconds(largest->packages[i].time), 0, &largest->path});
-    return sample.frameSpacingNs();
-}
-
 Traces SvTrace::build(const Sv& stream, const std::vector<std::size_t>& indices,
-                      const TraceWindow& window, ReadFailures& failure, SummaryStore* summaries) {
+                      const TraceWindow& window, ReadFailures& failure,
+                      TavStream::StreamClocks* clocks, SummaryStore* summaries) {
+    TavStream::StreamClocks own;
+    const TavStream::SamplingClock& clock = (clocks != nullptr ? *clocks : own).of(stream);
     const auto span = orderedSpan(stream, window);
     WindowFrames merged; // of several files, or one out of time order
     if (!span)
-        merged = TavComtrade::framesInWindow(stream, window.fromStamp(), window.toStamp());
+        merged = TavStream::framesInWindow(stream, window.fromStamp(), window.toStamp());
     const std::size_t count = span ? span->second - span->first : merged.frames.size();
     Traces traces;
     traces.channels.resize(indices.size());
@@ -122,7 +108,7 @@ Traces SvTrace::build(const Sv& stream, const std::vector<std::size_t>& indices,
     for (auto& points : traces.channels)
         sinks.emplace_back(window, traces.envelope, points);
 
-    SvSampleReader samples(frameSpacingNs(stream), stream.asdusPerFrame);
+    SvSampleReader samples(clock, stream.svId);
     const auto read = [&](const std::vector<PlacedFrame>& frames) {
         readFrameRuns(frames, failure, [&](std::size_t k, const std::vector<std::uint8_t>& bytes) {
             // A frame that no longer decodes gives no sample.
@@ -141,7 +127,7 @@ Traces SvTrace::build(const Sv& stream, const std::vector<std::size_t>& indices,
                              SampleSummary::blockFramesFor(stream.valuesPerAsdu) * window.columns;
     std::shared_ptr<const SampleSummary> summary;
     if (span && summaries != nullptr && stream.files.begin()->packages.size() >= wide)
-        summary = summaries->find(stream);
+        summary = summaries->find(stream, clock);
     if (!summary || !traces.envelope || count < wide) {
         read(span ? placed(*stream.files.begin(), span->first, span->second) : merged.frames);
     } else {

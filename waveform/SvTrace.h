@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/parser/StreamRecords.h"
+#include "stream/StreamClocks.h"
 #include "waveform/FrameRuns.h"
 #include "waveform/TraceWindow.h"
 
@@ -14,9 +15,8 @@ namespace TavWaveform {
 class SummaryStore;
 
 // The samples of some channels of one SV stream inside a window, read again
-// from every file of the stream in time order, each ASDU at its own instant:
-// the last of a frame at the frame's capture time, the earlier ones back from
-// it at the stream's sample interval. Every sample is kept while they fit the
+// from every file of the stream in time order, each ASDU at its sampling
+// instant by the stream's clock. Every sample is kept while they fit the
 // window's budget, else a min/max envelope per column.
 class SvTrace {
 public:
@@ -26,11 +26,8 @@ public:
     // drawn from the stream's min/max summary once that is built.
     static Traces build(const TavIec61850Parser::Sv& stream,
                         const std::vector<std::size_t>& indices, const TraceWindow& window,
-                        ReadFailures& failure, SummaryStore* summaries = nullptr);
-
-    // The usual spacing of the stream's frames, measured on the first few
-    // thousand of its largest file; 0 with fewer than two frames.
-    static double frameSpacingNs(const TavIec61850Parser::Sv& stream);
+                        ReadFailures& failure, TavStream::StreamClocks* clocks,
+                        SummaryStore* summaries = nullptr);
 };
 
 } // namespace TavWaveform

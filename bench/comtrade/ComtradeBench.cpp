@@ -50,8 +50,11 @@ int main() {
               [](const auto* a, const auto* b) { return a->svId < b->svId; });
     const std::size_t frames = streams.front()->packageCount();
 
+    TavStream::StreamClocks clocks(streams);
+    const TavStream::SamplingClock& clock = clocks.of(*streams.front());
     const double read = medianSeconds([&] {
-        SvCursor cursor(*streams.front(), std::nullopt, std::nullopt, {0, 1, 2, 3, 4, 5, 6, 7});
+        SvCursor cursor(*streams.front(), std::nullopt, std::nullopt, {0, 1, 2, 3, 4, 5, 6, 7},
+                        clock);
         SvSample sample;
         while (cursor.next(sample)) {
         }

@@ -144,7 +144,10 @@ void BM_ReadEightSvChannelsWhole1GB(benchmark::State& state) {
         points = 0;
         for (const auto& stream : model.getDb().svProto.svs) {
             TavWaveform::ReadFailures failure;
-            points += TavWaveform::SvTrace::build(stream, {0}, window, failure).channels[0].size();
+            points +=
+                TavWaveform::SvTrace::build(stream, {0}, window, failure, model.getClocks().get())
+                    .channels[0]
+                    .size();
         }
     }
     TavIec61850Parser::FrameReader::setReadThroughMapping(true);

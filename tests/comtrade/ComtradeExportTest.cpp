@@ -1,6 +1,5 @@
 // Records exported from generated captures and read back by the test's own
 // reader hold every sample, time and GOOSE state the capture holds.
-#include "comtrade/AsduClock.h"
 #include "comtrade/ChannelChoices.h"
 #include "comtrade/ComtradeExporter.h"
 #include "tests/comtrade/CaptureTruth.h"
@@ -195,44 +194,6 @@ INSTANTIATE_TEST_SUITE_P(
                       "1,0",
                       "by nearest time"},
         AlignmentCase{"single", {"--sv", "2", "--duration", "0.02"}, "1", "one SV stream"}),
-    [](const auto& info) { return std::string(info.param.name); });
-
-struct ClockCase {
-    const char* name;
-    std::uint16_t smpRate;
-    bool hasSmpMod;
-    std::uint8_t smpMod;
-    double frameSpacingNs;
-    std::uint32_t asdus;
-    double intervalNs;
-    int nominalHz;
-};
-
-class SampleInterval : public ::testing::TestWithParam<ClockCase> {};
-
-TEST_P(SampleInterval, ReadsSmpRateByItsModeAndTheFrames) {
-    const auto& c = GetParam();
-    TavIec61850Parser::AsduCounters counters;
-    counters.smpRate = c.smpRate;
-    counters.hasSmpRate = c.smpRate != 0;
-    counters.hasSmpMod = c.hasSmpMod;
-    counters.smpMod = c.smpMod;
-    const AsduClock clock(counters, c.frameSpacingNs, c.asdus);
-    EXPECT_NEAR(clock.intervalNs(), c.intervalNs, 1.0);
-    EXPECT_EQ(clock.nominalHz(), c.nominalHz);
-    // The last ASDU of a frame is taken at the frame's time.
-    EXPECT_EQ(clock.instant(1'000'000, c.asdus - 1, c.asdus), 1'000'000);
-    EXPECT_NEAR(clock.instant(1'000'000, 0, c.asdus), 1e6 - (c.asdus - 1) * c.intervalNs, 1.0);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Counters, SampleInterval,
-    ::testing::Values(ClockCase{"perSecondUnsaid", 4000, false, 0, 250'000, 1, 250'000, 50},
-                      ClockCase{"perPeriodUnsaid50Hz", 80, false, 0, 250'000, 1, 250'000, 50},
-                      ClockCase{"perPeriodUnsaid60Hz", 96, false, 0, 694'444, 4, 173'611, 60},
-                      ClockCase{"perPeriodSaidNoFrames", 80, true, 0, 0, 1, 250'000, 50},
-                      ClockCase{"perSecondSaid", 4800, true, 1, 0, 2, 208'333, 50},
-                      ClockCase{"noSmpRate", 0, false, 0, 1'000'000, 4, 250'000, 50}),
     [](const auto& info) { return std::string(info.param.name); });
 
 } // namespace

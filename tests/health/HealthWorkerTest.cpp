@@ -22,9 +22,9 @@ struct Loaded {
         std::atomic<bool> cancel{false};
         TavIec61850Parser::PcapParser::parseFile(path, db, {}, cancel, [](double) {});
         for (const auto& sv : db.svProto.svs)
-            targets.push_back({&sv, nullptr});
+            targets.push_back({&sv, nullptr, nullptr});
         for (const auto& goose : db.gooseProto.gooses)
-            targets.push_back({nullptr, &goose});
+            targets.push_back({nullptr, &goose, nullptr});
     }
 };
 

@@ -49,15 +49,18 @@ TEST(SummaryStore, CurveFromTheSummaryHasTheFramesBand) {
     SummaryStore store([&] { ++ready; });
     const TraceWindow window{kStartNs, kStartNs + 20'000'000'000LL, 50};
     TavWaveform::ReadFailures failure;
-    const Traces exact = SvTrace::build(loaded.stream(), {0, 3}, window, failure);
+    TavStream::StreamClocks clocks;
+    const auto& clock = clocks.of(loaded.stream());
+    const Traces exact = SvTrace::build(loaded.stream(), {0, 3}, window, failure, &clocks);
     ASSERT_TRUE(exact.envelope);
 
-    EXPECT_EQ(store.find(loaded.stream()), nullptr) << "the first ask only queues the build";
+    EXPECT_EQ(store.find(loaded.stream(), clock), nullptr) << "the first ask only queues the build";
     for (int i = 0; i < 3000 && ready.load() == 0; ++i)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     ASSERT_EQ(ready.load(), 1);
-    ASSERT_NE(store.find(loaded.stream()), nullptr);
-    const Traces summarised = SvTrace::build(loaded.stream(), {0, 3}, window, failure, &store);
+    ASSERT_NE(store.find(loaded.stream(), clock), nullptr);
+    const Traces summarised =
+        SvTrace::build(loaded.stream(), {0, 3}, window, failure, &clocks, &store);
     EXPECT_TRUE(failure.empty());
     ASSERT_TRUE(summarised.envelope);
     for (std::size_t c = 0; c < 2; ++c) {
@@ -76,7 +79,8 @@ TEST(SummaryStore, DroppedMidBuildStopsAndReportsNothing) {
     std::atomic<int> ready{0};
     {
         SummaryStore store([&] { ++ready; });
-        EXPECT_EQ(store.find(loaded.stream()), nullptr);
+        TavStream::StreamClocks clocks;
+        EXPECT_EQ(store.find(loaded.stream(), clocks.of(loaded.stream())), nullptr);
     }
     EXPECT_EQ(ready.load(), 0);
 }

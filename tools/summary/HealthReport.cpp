@@ -13,7 +13,7 @@ namespace {
 using TavHealth::StreamHealth;
 
 StreamHealth check(const StreamRef& s) {
-    return s.sv ? TavHealth::checkStream(*s.sv) : TavHealth::checkStream(*s.goose);
+    return s.sv ? TavHealth::checkStream(*s.sv, nullptr) : TavHealth::checkStream(*s.goose);
 }
 
 void number(JsonWriter& json, const char* key, std::uint64_t value) {
@@ -61,9 +61,10 @@ void writeSvDetails(JsonWriter& json, const TavHealth::SvHealth& sv) {
         json.endObject();
     }
     json.endArray();
-    const std::pair<const char*, double> timing[] = {{"interval_median", sv.timing.median},
-                                                     {"interval_p99", sv.timing.p99},
-                                                     {"interval_largest", sv.timing.largest}};
+    const std::pair<const char*, double> timing[] = {
+        {"interval_median", sv.timing.median},   {"interval_p99", sv.timing.p99},
+        {"interval_largest", sv.timing.largest}, {"transfer_median", sv.transfer.median},
+        {"transfer_p99", sv.transfer.p99},       {"transfer_largest", sv.transfer.largest}};
     for (const auto& [key, value] : timing) {
         json.key(key);
         seconds(json, value);

@@ -161,7 +161,8 @@ TEST(SampleSummary, CostsAtMostTwoBytesAFrameAndHoldsEveryBlocksExtremes) {
     TavTest::LoadedModel loaded;
     loaded.open(longSine());
     const auto& stream = *loaded.model.getDb().svProto.svs.begin();
-    const auto source = TavWaveform::SummarySource::of(stream);
+    const auto source =
+        TavWaveform::SummarySource::of(stream, loaded.model.getClocks()->of(stream));
     ASSERT_TRUE(source);
     const std::atomic<bool> stop{false};
     const auto summary = TavWaveform::SampleSummary::build(*source, stop);
@@ -238,6 +239,24 @@ INSTANTIATE_TEST_SUITE_P(Frames, AsduInstants,
                              return std::to_string(info.param.asdus) + "asdus" +
                                     std::to_string(info.param.rate) + "Hz";
                          });
+
+// A real merging unit's capture: the capturing card stamps frames in bursts of
+// two or three on one time, while the samples are 250 us apart by their
+// counter. Drawn at arrival, a steady sine became a staircase.
+TEST_F(OscillographDrawing, BurstyRealCaptureIsDrawnAtItsSamplingInstants) {
+    loaded.open(TavTest::sharedCapture(
+        "sv_abb-rex640_50hz_harmonics_novlan_smpsynch1_25646frames.pcapng"));
+    SvChannel& ia = tick(*list.getSvStreams().at(0), 0);
+    const Tav::Series& serie = ia.getSerie();
+    for (const double at : {0.5, 3.0, 6.0}) {
+        showRange(at, at + 0.02);
+        ASSERT_GE(serie.points.size(), 70u) << at; // frames are picked by arrival
+        EXPECT_FALSE(serie.envelope);
+        for (std::size_t i = 1; i < serie.points.size(); ++i)
+            ASSERT_NEAR(timeOf(serie, i) - timeOf(serie, i - 1), 1.0 / 4000, 1e-6)
+                << at << " s, sample " << i;
+    }
+}
 
 TEST_F(OscillographDrawing, TwoHoursFromTheStartSamplesKeepTheirSpacing) {
     // A GOOSE heartbeat from the start, SV samples only in the last second.

@@ -1,4 +1,4 @@
-#include "comtrade/WindowFrames.h"
+#include "stream/WindowFrames.h"
 
 #include "platform/parser/FrameReader.h"
 #include "platform/parser/WindowQuery.h"
@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace TavComtrade {
+namespace TavStream {
 
 using TavIec61850Parser::Timest;
 
@@ -82,4 +82,4 @@ void readFrames(const std::vector<PlacedFrame>& frames, std::size_t begin, std::
     }
 }
 
-} // namespace TavComtrade
+} // namespace TavStream

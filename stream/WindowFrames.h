@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace TavComtrade {
+namespace TavStream {
 
 std::int64_t toNanoseconds(const TavIec61850Parser::Timest& t);
 
@@ -41,4 +41,4 @@ WindowFrames framesInWindow(const Record& stream,
 void readFrames(const std::vector<PlacedFrame>& frames, std::size_t begin, std::size_t end,
                 const std::function<void(std::size_t, const std::vector<std::uint8_t>&)>& use);
 
-} // namespace TavComtrade
+} // namespace TavStream
