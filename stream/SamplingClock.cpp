@@ -47,12 +47,17 @@ double samplesPerSecond(const TavIec61850Parser::AsduCounters& c, double shownRa
     return best;
 }
 
-// A counter that goes from its top back to the bottom, and whose top + 1 is a
-// standard rate, counts the samples of each second: the rate, exactly.
-std::uint32_t secondWrap(const std::vector<ClockFrame>& frames) {
+std::uint32_t topCount(const std::vector<ClockFrame>& frames) {
     std::uint32_t top = 0;
     for (const auto& f : frames)
         top = std::max<std::uint32_t>(top, f.smpCnt + f.asdus - 1u);
+    return top;
+}
+
+// A counter that goes from its top back to the bottom, and whose top + 1 is a
+// standard rate, counts the samples of each second: the rate, exactly.
+std::uint32_t secondWrap(const std::vector<ClockFrame>& frames) {
+    const std::uint32_t top = topCount(frames);
     const double span = top + 1.0;
     if (snapToStandard(span) != span)
         return 0;
@@ -89,11 +94,17 @@ SamplingClock SamplingClock::survey(const std::vector<ClockFrame>& frames,
     } else {
         clock.rate_ = snapToStandard(shown);
     }
-    if (clock.rate_ > 0 && secondCount == clock.rate_)
-        clock.wrap_ = secondCount;
-    clock.synchronised_ =
-        clock.wrap_ == clock.rate_ && !frames.empty() &&
+    const bool allSynchronised =
+        !frames.empty() &&
         std::all_of(frames.begin(), frames.end(), [](const ClockFrame& f) { return f.smpSynch; });
+    // A synchronised counter restarts at each second, also in a capture too
+    // short to show it.
+    const bool countsSeconds =
+        secondCount == clock.rate_ || (allSynchronised && clock.rate_ == std::floor(clock.rate_) &&
+                                       clock.rate_ <= 65536 && topCount(frames) < clock.rate_);
+    if (clock.rate_ > 0 && countsSeconds)
+        clock.wrap_ = static_cast<std::uint32_t>(clock.rate_);
+    clock.synchronised_ = allSynchronised && clock.wrap_ == clock.rate_;
     if (clock.rate_ > 0 && !frames.empty())
         clock.splitRuns(frames);
     return clock;

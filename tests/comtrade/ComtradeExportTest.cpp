@@ -225,6 +225,22 @@ TEST(ComtradeCommand, ASDUsOfOtherSvIdsAreNotTheStreamsSamples) {
     EXPECT_EQ(TavTest::readRecord(base).rows.size(), 40u);
 }
 
+// A capturing card stamps frames in bursts; the record keeps the merging
+// unit's own rate and grid: exactly 4800 a second, 208.333 us apart, and two
+// seconds on it ends where the capture's samples end, not milliseconds off.
+TEST(ComtradeCommand, BurstyCaptureIsRecordedAtItsSamplingRate) {
+    const auto bursty = TavTest::generated(
+        "ct_bursty", {"--sv", "1", "--rate", "4800", "--bursts", "3", "--duration", "2"});
+    const std::string base = TavTest::tempDir() + "/bursty";
+    ASSERT_EQ(inspect({"--comtrade", base, bursty}).code, 0);
+    const auto r = TavTest::readRecord(base);
+    EXPECT_EQ(r.sampleRate, 4800);
+    ASSERT_EQ(r.rows.size(), 9600u);
+    for (std::size_t i = 1; i < r.rows.size(); ++i)
+        ASSERT_NEAR(r.micros(r.rows[i]) - r.micros(r.rows[i - 1]), 1e6 / 4800, 1.0) << i;
+    EXPECT_NEAR(r.micros(r.rows.back()) - r.micros(r.rows.front()), 9599 * 1e6 / 4800, 1.0);
+}
+
 class MissingSamples : public ::testing::TestWithParam<std::vector<std::string>> {};
 
 // The second stream starts 50 ms after the first: its channels hold the

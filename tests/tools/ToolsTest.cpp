@@ -180,13 +180,21 @@ TEST(InspectGenerated, ValuesOfAStreamSpanningFilesAreInTimeOrder) {
     const auto rows = parseCsv(r.out);
     ASSERT_EQ(rows.size(), 1u + 2 * 4);
     EXPECT_EQ(rows[0][0], "time");
-    EXPECT_EQ(rows[0].size(), 2u + 8);
+    EXPECT_EQ(rows[0][1], "sample_time");
+    EXPECT_EQ(rows[0].size(), 3u + 8);
     const std::vector<std::string> times{
         "1700000000.000000", "1700000000.000000", "1700000000.000500", "1700000000.000500",
         "1700000001.000000", "1700000001.000000", "1700000001.000500", "1700000001.000500"};
+    // Two ASDUs a frame: the frame leaves with its second sample, the first
+    // was taken a sample interval before.
+    const std::vector<std::string> sampled{"1699999999.999750000", "1700000000.000000000",
+                                           "1700000000.000250000", "1700000000.000500000",
+                                           "1700000000.999750000", "1700000001.000000000",
+                                           "1700000001.000250000", "1700000001.000500000"};
     for (std::size_t i = 0; i < times.size(); ++i) {
         EXPECT_EQ(rows[1 + i][0], times[i]);
-        EXPECT_EQ(rows[1 + i][1], std::to_string(i % 4)); // smpCnt restarts in each file
+        EXPECT_EQ(rows[1 + i][1], sampled[i]);
+        EXPECT_EQ(rows[1 + i][2], std::to_string(i % 4)); // smpCnt restarts in each file
     }
 }
 
@@ -322,7 +330,9 @@ TEST_P(InspectCaptures, JsonAndValuesMatchTheExpectedSummary) {
         const auto rows = parseCsv(v.out);
         ASSERT_FALSE(rows.empty());
         const bool sv = want.at(stream + "kind") == R"("SV")";
-        EXPECT_EQ(rows[0][1], sv ? "smpCnt" : "stNum");
+        // SV rows carry the sampling instant after the arrival.
+        const std::size_t first = sv ? 2 : 1;
+        EXPECT_EQ(rows[0][first], sv ? "smpCnt" : "stNum");
         const double asdus = sv ? number(want, stream + "asdus_per_frame") : 1;
         EXPECT_EQ(static_cast<double>(rows.size() - 1), number(want, stream + "packets") * asdus);
         const std::string samples = stream + "first_samples";
@@ -330,12 +340,15 @@ TEST_P(InspectCaptures, JsonAndValuesMatchTheExpectedSummary) {
             const std::string sample = samples + "." + std::to_string(k) + ".";
             const auto& row = rows.at(k + 1);
             EXPECT_NEAR(std::stod(row[0]), number(want, sample + "time"), kTimeTolerance);
-            EXPECT_EQ(std::stod(row[1]), number(want, sample + "smpCnt"));
-            ASSERT_EQ(std::to_string(row.size() - 2), want.at(sample + "values"));
-            for (std::size_t c = 2; c < row.size(); ++c)
+            if (sv) { // never after the frame's arrival
+                EXPECT_LE(std::stod(row[1]), std::stod(row[0]) + 1e-9);
+            }
+            EXPECT_EQ(std::stod(row[first]), number(want, sample + "smpCnt"));
+            ASSERT_EQ(std::to_string(row.size() - first - 1), want.at(sample + "values"));
+            for (std::size_t c = first + 1; c < row.size(); ++c)
                 EXPECT_EQ(std::stod(row[c]),
-                          number(want, sample + "values." + std::to_string(c - 2)))
-                    << "sample " << k << " value " << c - 2;
+                          number(want, sample + "values." + std::to_string(c - first - 1)))
+                    << "sample " << k << " value " << c - first - 1;
         }
     }
 }

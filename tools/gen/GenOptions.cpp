@@ -42,6 +42,9 @@ struct RawOptions {
     CaptureVariants variants;
     std::optional<std::uint64_t> spikeNs; // after the SV streams' start
     std::uint64_t svStartNs = 0;          // after the capture's start
+    unsigned bursts = 1;
+    std::vector<ArrivalDelay> delays;
+    std::uint64_t staggerNs = 0; // SV stream n arrives n times this late
     SharedPublisher sharedPublisher;
 };
 
@@ -137,6 +140,12 @@ void applyValue(RawOptions& o, const std::string& name, const std::string& v) {
         o.spikeNs = parseTime(name, v);
     else if (name == "--sv-start")
         o.svStartNs = parseTime(name, v);
+    else if (name == "--bursts")
+        o.bursts = parseCount(name, v, 1, 64);
+    else if (name == "--delay")
+        o.delays.push_back(parseDelay(v));
+    else if (name == "--stagger")
+        o.staggerNs = parseTime(name, v);
     else if (name == "--other")
         o.other = parseCount(name, v, 0, 100'000'000);
     else
@@ -160,6 +169,7 @@ Scenario toScenario(const RawOptions& o) {
     s.durationNs = o.durationNs;
     s.otherFrames = o.other;
     s.lanPairs = o.lanPairs;
+    s.bursts = o.bursts;
     Tagging tagging = o.tagging;
     if (o.lanPairs)
         tagging.prpLine = 'A';
@@ -179,6 +189,9 @@ Scenario toScenario(const RawOptions& o) {
         if (o.spikeNs)
             c.signal.spikeAtSeconds = static_cast<double>(*o.spikeNs) / 1e9;
         c.startOffsetNs = o.svStartNs;
+        c.delays = o.delays;
+        if (o.staggerNs > 0 && n > 0)
+            c.delays.push_back({0, ~0ull, n * o.staggerNs});
         s.sv.push_back(c);
     }
     std::vector<std::uint64_t> changes = o.changesNs;
@@ -278,6 +291,11 @@ const char* usageText() {
   --current A --voltage V --frequency F    peak amplitudes and frequency [100 10000 50]
   --spike T                                one sample T s after the SV start at 3 x peak
   --sv-start T                             SV streams begin T s after the capture's start
+  --bursts N                               frames handed over N at a time on one time
+                                           stamp, as a capturing card does [1]
+  --delay T@SEC[xCOUNT]                    (repeatable) SV frames sent from SEC on (COUNT
+                                           of them [1]) arrive T s late
+  --stagger T                              SV stream n arrives n x T s late throughout
   --vlan ID --hsr A|B --prp A|B            tagging of SV and GOOSE frames [none]
   --goose N                                GOOSE streams [0]
   --bools B --bitstrings S                 entries of each GOOSE data set [4 0],

@@ -11,17 +11,22 @@ namespace TavGen {
 
 std::uint64_t writeCapture(const std::string& path, const Scenario& scenario) {
     std::vector<std::unique_ptr<FrameSource>> sources;
-    const auto add = [&](std::unique_ptr<FrameSource> source, const std::vector<Fault>& faults) {
+    const auto add = [&](std::unique_ptr<FrameSource> source, const std::vector<Fault>& faults,
+                         const std::vector<ArrivalDelay>& delays) {
         if (scenario.lanPairs || anyReshaping(faults))
             source = std::make_unique<FaultySource>(std::move(source), faults, scenario.startNs,
                                                     scenario.lanPairs);
+        if (scenario.bursts > 1 || !delays.empty())
+            source = std::make_unique<ArrivalStamps>(std::move(source), scenario.bursts, delays,
+                                                     scenario.startNs);
         sources.push_back(std::move(source));
     };
     for (const auto& sv : scenario.sv)
-        add(std::make_unique<SvStream>(sv, scenario.startNs, scenario.durationNs), sv.faults);
+        add(std::make_unique<SvStream>(sv, scenario.startNs, scenario.durationNs), sv.faults,
+            sv.delays);
     for (const auto& goose : scenario.goose)
         add(std::make_unique<GooseStream>(goose, scenario.startNs, scenario.durationNs),
-            goose.faults);
+            goose.faults, {});
     if (scenario.otherFrames > 0)
         sources.push_back(std::make_unique<OtherFrames>(scenario.otherFrames, scenario.startNs,
                                                         scenario.durationNs));

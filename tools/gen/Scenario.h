@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/gen/ArrivalStamps.h"
 #include "tools/gen/CaptureWriter.h"
 #include "tools/gen/GooseStream.h"
 #include "tools/gen/SvStream.h"
@@ -22,6 +23,9 @@ struct Scenario {
     bool lanPairs = false;
     LinkLayer link = LinkLayer::Ethernet;
     bool gzip = false; // the whole file compressed
+    // Frames handed over this many at a time on one time stamp, as a
+    // capturing card does.
+    std::uint32_t bursts = 1;
 };
 
 // Writes the frames of every publisher, merged by time (ties in the order SV

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/gen/ArrivalStamps.h"
 #include "tools/gen/EthernetFrame.h"
 #include "tools/gen/Faults.h"
 #include "tools/gen/FrameSource.h"
@@ -35,6 +36,8 @@ struct SvStreamConfig {
     // The first frame this long after the capture's start: a long capture
     // with samples only near its end stays small.
     std::uint64_t startOffsetNs = 0;
+    // Frames that reach the capturing computer late.
+    std::vector<ArrivalDelay> delays;
 };
 
 // The frames of one SV publisher over [start, start + duration). The frame is

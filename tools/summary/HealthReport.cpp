@@ -12,8 +12,9 @@ namespace {
 
 using TavHealth::StreamHealth;
 
-StreamHealth check(const StreamRef& s) {
-    return s.sv ? TavHealth::checkStream(*s.sv, nullptr) : TavHealth::checkStream(*s.goose);
+StreamHealth check(const StreamTable& table, const StreamRef& s) {
+    return s.sv ? TavHealth::checkStream(*s.sv, &table.clocks().of(*s.sv))
+                : TavHealth::checkStream(*s.goose);
 }
 
 void number(JsonWriter& json, const char* key, std::uint64_t value) {
@@ -129,7 +130,7 @@ std::string identity(const StreamRef& s) {
 
 void writeHealthText(std::ostream& out, const StreamTable& table) {
     for (const auto& s : table.streams()) {
-        const StreamHealth h = check(s);
+        const StreamHealth h = check(table, s);
         const std::string remarks = TavHealth::remarksText(h);
         const std::string notes = TavHealth::notesText(h);
         out << identity(s) << " packets " << s.packets() << ": "
@@ -151,7 +152,7 @@ void writeHealthJson(std::ostream& out, const StreamTable& table) {
     for (const auto& s : table.streams()) {
         json.beginObject();
         writeStreamFields(json, table, s);
-        writeHealth(json, check(s), table.timeDecimals(s));
+        writeHealth(json, check(table, s), table.timeDecimals(s));
         json.endObject();
     }
     json.endArray();

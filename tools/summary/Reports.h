@@ -24,6 +24,7 @@ void writeHealthJson(std::ostream& out, const StreamTable& table);
 
 // The samples of one stream as CSV: SV one row per ASDU, GOOSE one per frame.
 // Throws ParseError when a frame cannot be read back.
-void writeValues(std::ostream& out, const StreamRef& stream, int timeDecimals);
+void writeValues(std::ostream& out, const StreamRef& stream, const StreamTable& table,
+                 int timeDecimals);
 
 } // namespace TavInspect

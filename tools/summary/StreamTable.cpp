@@ -75,6 +75,7 @@ void StreamTable::load(const std::vector<std::string>& paths) {
         streams_.push_back({nullptr, &goose});
     std::sort(streams_.begin(), streams_.end(),
               [](const StreamRef& a, const StreamRef& b) { return sortKey(a) < sortKey(b); });
+    clocks_ = std::make_unique<TavStream::StreamClocks>(TavStream::svStreams(db_));
 }
 
 int StreamTable::timeDecimals(const StreamRef& stream) const {

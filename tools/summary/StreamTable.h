@@ -2,8 +2,10 @@
 
 #include "platform/parser/PcapParser.h"
 #include "platform/parser/StreamRecords.h"
+#include "stream/StreamClocks.h"
 
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -53,6 +55,8 @@ public:
     const std::vector<TavIec61850Parser::FileStats>& fileStats() const { return stats_; }
     const std::vector<std::string>& paths() const { return paths_; }
     const std::vector<StreamRef>& streams() const { return streams_; }
+    // The sampling clocks of every SV stream, as the window has them.
+    TavStream::StreamClocks& clocks() const { return *clocks_; }
 
     // Decimals that show the stream's times exactly: 9 when any of its files
     // has nanosecond resolution or a time is not a whole microsecond, else 6.
@@ -68,6 +72,7 @@ private:
     std::vector<TavIec61850Parser::FileStats> stats_;
     std::map<std::string, bool> nanosecondFiles_;
     std::vector<StreamRef> streams_;
+    std::unique_ptr<TavStream::StreamClocks> clocks_ = std::make_unique<TavStream::StreamClocks>();
     std::vector<std::string> warnings_;
 };
 

@@ -1,6 +1,9 @@
 #include "platform/parser/GooseParser.h"
 #include "platform/parser/SvParser.h"
+#include "stream/WindowFrames.h"
 #include "tools/summary/Reports.h"
+
+#include <algorithm>
 
 #include <cmath>
 #include <cstdio>
@@ -20,11 +23,22 @@ std::string hex(const std::vector<std::uint8_t>& bytes) {
     return text;
 }
 
-void writeSvRows(std::ostream& out, const StreamRef& stream, int decimals) {
+// The instant the merging unit took the sample, by the stream's clock: the
+// frame's arrival (`time`) is when the capturing computer got it.
+std::string sampleTime(std::int64_t ns, int decimals) {
+    const std::int64_t second = 1'000'000'000;
+    const TavIec61850Parser::Timest t{static_cast<std::uint32_t>(ns / second),
+                                      static_cast<std::uint32_t>(ns % second)};
+    return formatTime(t, decimals);
+}
+
+void writeSvRows(std::ostream& out, const StreamRef& stream, const StreamTable& table,
+                 int decimals) {
     // Only data sets that are not whole 8-byte entries get the column, so
     // that ordinary streams keep their table.
     const bool withRest = stream.sv->seqDataBytes % 8 != 0;
-    out << "time,smpCnt";
+    const TavStream::SamplingClock& clock = table.clocks().of(*stream.sv);
+    out << "time,sample_time,smpCnt";
     for (std::uint32_t c = 0; c < stream.sv->valuesPerAsdu; ++c)
         out << ",v" << c;
     if (withRest)
@@ -35,8 +49,18 @@ void writeSvRows(std::ostream& out, const StreamRef& stream, int decimals) {
         const std::string time = formatTime(placed.package.time, decimals);
         const auto asdus = TavIec61850Parser::SvParser::parseASDUWithRestsFromFile(
             *placed.path, placed.package.offset, rests);
+        const std::int64_t arrival = TavStream::toNanoseconds(placed.package.time);
+        const auto own = std::count_if(asdus.begin(), asdus.end(),
+                                       [&](const auto& a) { return a.svId == stream.sv->svId; });
+        std::size_t index = 0;
         for (std::size_t a = 0; a < asdus.size(); ++a) {
-            out << time << ',' << asdus[a].counters.smpCnt;
+            out << time << ',';
+            // ASDUs of other data sets in the frame are not this stream's samples.
+            if (asdus[a].svId == stream.sv->svId)
+                out << sampleTime(clock.instant(arrival, asdus[a].counters.smpCnt, index++,
+                                                static_cast<std::size_t>(own)),
+                                  std::max(decimals, 9));
+            out << ',' << asdus[a].counters.smpCnt;
             for (const auto& v : asdus[a].values)
                 out << ',' << v.value;
             if (withRest)
@@ -71,9 +95,10 @@ void writeGooseRows(std::ostream& out, const StreamRef& stream, int decimals) {
 
 } // namespace
 
-void writeValues(std::ostream& out, const StreamRef& stream, int timeDecimals) {
+void writeValues(std::ostream& out, const StreamRef& stream, const StreamTable& table,
+                 int timeDecimals) {
     if (stream.sv)
-        writeSvRows(out, stream, timeDecimals);
+        writeSvRows(out, stream, table, timeDecimals);
     else
         writeGooseRows(out, stream, timeDecimals);
 }

@@ -77,7 +77,7 @@ int main(int argc, char** argv) {
                 return 2;
             }
             const auto& stream = table.streams()[options.valuesStream];
-            TavInspect::writeValues(std::cout, stream, table.timeDecimals(stream));
+            TavInspect::writeValues(std::cout, stream, table, table.timeDecimals(stream));
         } else {
             TavInspect::writeText(std::cout, table);
         }

@@ -14,6 +14,7 @@
 #include <atomic>
 #include <cmath>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -244,8 +245,8 @@ INSTANTIATE_TEST_SUITE_P(Frames, AsduInstants,
 // two or three on one time, while the samples are 250 us apart by their
 // counter. Drawn at arrival, a steady sine became a staircase.
 TEST_F(OscillographDrawing, BurstyRealCaptureIsDrawnAtItsSamplingInstants) {
-    loaded.open(TavTest::sharedCapture(
-        "sv_abb-rex640_50hz_harmonics_novlan_smpsynch1_25646frames.pcapng"));
+    loaded.open(
+        TavTest::sharedCapture("sv_abb-rex640_50hz_harmonics_novlan_smpsynch1_25646frames.pcapng"));
     SvChannel& ia = tick(*list.getSvStreams().at(0), 0);
     const Tav::Series& serie = ia.getSerie();
     for (const double at : {0.5, 3.0, 6.0}) {
@@ -256,6 +257,27 @@ TEST_F(OscillographDrawing, BurstyRealCaptureIsDrawnAtItsSamplingInstants) {
             ASSERT_NEAR(timeOf(serie, i) - timeOf(serie, i - 1), 1.0 / 4000, 1e-6)
                 << at << " s, sample " << i;
     }
+}
+
+// Two merging units synchronised to one clock sample together; the second's
+// frames reach the capture 5.1 ms later all along. Drawn, their samples stand
+// at the same instants, not 5.1 ms apart (off the other's grid).
+TEST_F(OscillographDrawing, SynchronisedStreamsWithDifferentDelaysAreDrawnOnTopOfEachOther) {
+    loaded.open(generated(
+        "stagger", {"--sv", "2", "--duration", "0.5", "--bursts", "2", "--stagger", "0.0051"}));
+    const Tav::Series& first = tick(*list.getSvStreams().at(0), 0).getSerie();
+    const Tav::Series& second = tick(*list.getSvStreams().at(1), 0).getSerie();
+    showRange(0.2, 0.24);
+    ASSERT_GT(first.points.size(), 100u);
+    // To a tenth of a microsecond; the generator gives each stream a phase of its own.
+    std::set<long> firstAt;
+    for (std::size_t i = 0; i < first.points.size(); ++i)
+        firstAt.insert(std::lround(timeOf(first, i) * 1e7));
+    std::size_t shared = 0;
+    for (std::size_t i = 0; i < second.points.size(); ++i)
+        shared += firstAt.count(std::lround(timeOf(second, i) * 1e7));
+    // Frames are picked by arrival: 5.1 ms of the second stream lie outside.
+    EXPECT_GT(shared, 130u) << "of " << second.points.size();
 }
 
 TEST_F(OscillographDrawing, TwoHoursFromTheStartSamplesKeepTheirSpacing) {
