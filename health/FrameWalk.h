@@ -9,11 +9,10 @@
 
 namespace TavHealth {
 
-// The frames of one stream in capture order: file by file, by the time of
-// each file's first frame, each file's frames in the order they were
-// captured. `use` may throw MalformedFrame; such frames, and frames whose
-// Ethernet header does not decode, are skipped and counted in the result.
-// Stops early once `cancel` is set. A file that cannot be read throws ParseError.
+// The frames of one stream across all its files: each file in the order it
+// was captured, the files merged by the time of their next frame. `use` may throw MalformedFrame;
+// such frames, and frames whose Ethernet header does not decode, are skipped and counted in the
+// result. Stops early once `cancel` is set. A file that cannot be read throws ParseError.
 std::uint64_t walkFrames(const TavIec61850Parser::PackageFiles& files,
                          const std::function<void(const TavIec61850Parser::Timest&,
                                                   const TavIec61850Parser::EthernetFrame&)>& use,

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <queue>
+#include <tuple>
 
 namespace TavStream {
 
@@ -33,16 +35,50 @@ double WindowFrames::frameSpacingNs() const {
     return median > 0 && std::abs(median / mean - 1.0) < 0.25 ? median : mean;
 }
 
-template <typename Record>
-WindowFrames framesInWindow(const Record& stream, const std::optional<Timest>& from,
-                            const std::optional<Timest>& to) {
+namespace {
+
+// Each file's frames stay in capture order; the next frame taken is the
+// earliest of the files' next ones (ties: the file whose path sorts first).
+std::vector<PlacedFrame> mergeByHeads(std::vector<std::vector<PlacedFrame>>& perFile) {
+    using Head = std::tuple<std::int64_t, const std::string*, std::size_t, std::size_t>;
+    const auto later = [](const Head& a, const Head& b) {
+        return std::tie(std::get<0>(a), *std::get<1>(a)) >
+               std::tie(std::get<0>(b), *std::get<1>(b));
+    };
+    std::priority_queue<Head, std::vector<Head>, decltype(later)> heads(later);
+    std::size_t total = 0;
+    for (std::size_t f = 0; f < perFile.size(); ++f) {
+        total += perFile[f].size();
+        if (!perFile[f].empty())
+            heads.emplace(perFile[f][0].ns, perFile[f][0].path, f, 0);
+    }
+    std::vector<PlacedFrame> merged;
+    merged.reserve(total);
+    while (!heads.empty()) {
+        const auto [ns, path, f, i] = heads.top();
+        heads.pop();
+        merged.push_back(perFile[f][i]);
+        if (i + 1 < perFile[f].size())
+            heads.emplace(perFile[f][i + 1].ns, perFile[f][i + 1].path, f, i + 1);
+    }
+    return merged;
+}
+
+} // namespace
+
+WindowFrames framesOfFiles(const TavIec61850Parser::PackageFiles& files,
+                           const std::optional<Timest>& from, const std::optional<Timest>& to,
+                           FrameOrder order) {
     const Timest lower = from.value_or(Timest{0, 0});
     const Timest upper = to.value_or(Timest{0xFFFFFFFFu, 999'999'999u});
     WindowFrames result;
-    for (const auto& file : stream.files) {
+    std::vector<std::vector<PlacedFrame>> perFile;
+    for (const auto& file : files) {
         const auto window = TavIec61850Parser::windowOf(file, lower, upper);
+        auto& frames = order == FrameOrder::Capture && files.size() > 1 ? perFile.emplace_back()
+                                                                        : result.frames;
         for (const auto* p : window.packages)
-            result.frames.push_back({toNanoseconds(p->time), p->offset, &file.path});
+            frames.push_back({toNanoseconds(p->time), p->offset, &file.path});
         if (window.lastBefore != nullptr) {
             const PlacedFrame before{toNanoseconds(window.lastBefore->time),
                                      window.lastBefore->offset, &file.path};
@@ -50,9 +86,14 @@ WindowFrames framesInWindow(const Record& stream, const std::optional<Timest>& f
                 result.before = before;
         }
     }
+    if (order == FrameOrder::Capture) {
+        if (files.size() > 1)
+            result.frames = mergeByHeads(perFile);
+        return result;
+    }
     // One file whose times never go backwards is in order already: sorting a
     // whole capture's frames would cost more than reading them.
-    if (stream.files.size() == 1 && stream.files.begin()->timeOrdered)
+    if (files.size() == 1 && files.begin()->timeOrdered)
         return result;
     // Files in path order first, so that frames of equal times keep one order.
     std::stable_sort(result.frames.begin(), result.frames.end(),
@@ -60,6 +101,12 @@ WindowFrames framesInWindow(const Record& stream, const std::optional<Timest>& f
     std::stable_sort(result.frames.begin(), result.frames.end(),
                      [](const PlacedFrame& a, const PlacedFrame& b) { return a.ns < b.ns; });
     return result;
+}
+
+template <typename Record>
+WindowFrames framesInWindow(const Record& stream, const std::optional<Timest>& from,
+                            const std::optional<Timest>& to) {
+    return framesOfFiles(stream.files, from, to);
 }
 
 template WindowFrames framesInWindow(const TavIec61850Parser::Sv&, const std::optional<Timest>&,

@@ -36,6 +36,18 @@ WindowFrames framesInWindow(const Record& stream,
                             const std::optional<TavIec61850Parser::Timest>& from,
                             const std::optional<TavIec61850Parser::Timest>& to);
 
+// How frames of several files meet: sorted by time (what a plot draws), or
+// each file in the order it was captured, the files merged by the time of
+// their next frame (what the checks read: a frame captured out of time
+// order stays where it came).
+enum class FrameOrder { Time, Capture };
+
+// The same for a set of files: of one stream, or what is left of it.
+WindowFrames framesOfFiles(const TavIec61850Parser::PackageFiles& files,
+                           const std::optional<TavIec61850Parser::Timest>& from,
+                           const std::optional<TavIec61850Parser::Timest>& to,
+                           FrameOrder order = FrameOrder::Time);
+
 // Reads frames [begin, end) again, one check of each file for each run of
 // frames from the same file; `use` gets the frame's place and its bytes.
 void readFrames(const std::vector<PlacedFrame>& frames, std::size_t begin, std::size_t end,

@@ -161,6 +161,23 @@ INSTANTIATE_TEST_SUITE_P(
                          {{"lan_unpaired", 126 * kMs}}}),
     [](const auto& info) { return info.param.name; });
 
+// LAN A and LAN B captured into files of their own: the checks read the
+// stream's frames in time order across both, so every copy pairs and the
+// turn from one file to the other is no discontinuity.
+TEST(StreamChecks, RedundantLansInTwoFilesPairAsInOne) {
+    Db db;
+    std::atomic<bool> cancel{false};
+    for (const char* lan : {"A", "B"})
+        PcapParser::parseFile(
+            TavTest::generated(std::string("health_lan_") + lan, sv({"--prp", lan})), db, Filter{},
+            cancel, [](double) {});
+    ASSERT_EQ(db.svProto.svs.size(), 1u);
+    const StreamHealth health = checkStream(*db.svProto.svs.begin());
+    for (const auto& count : healthCounts(health))
+        EXPECT_EQ(count.value, std::string(count.name) == "lan_duplicates" ? 6000u : 0u)
+            << count.name;
+}
+
 TEST(StreamChecks, KeepsTheFirstThousandEventsAndCountsThemAll) {
     const StreamHealth health = checkFirstStream(
         TavTest::generated("health_many", {"--sv", "1", "--sv-fault", "repeat@0.1x1500"}));
