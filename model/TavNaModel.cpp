@@ -28,6 +28,7 @@ TavNaModel::TavNaModel()
 
 TavNaModel::~TavNaModel() {
     shutdownWorker();
+    clocks->stop();
     Log::writeInfo("Завершение работы Сетевого Анализатора");
 }
 
@@ -70,6 +71,8 @@ void TavNaModel::parseFile(const std::string& path) {
     // threads never emit at the same time.
     if (stopRequested.load() || worker.joinable())
         _stopWorker();
+    // The database is about to change under the old survey.
+    clocks->stop();
     parsedOnce = true;
     load.begin();
     _updateProgress(0.0);
@@ -86,6 +89,7 @@ void TavNaModel::_init() {
         stopRequested.exchange(false);
     }
     load.retire();
+    clocks->stop();
     db = TavIec61850Parser::Db();
     clocks = std::make_shared<TavStream::StreamClocks>();
     fileManager = std::make_unique<FileManagerModel>();
@@ -140,19 +144,19 @@ void TavNaModel::_run(const std::string& path) {
                                   std::to_string(oscillographModel->gapSeconds) +
                                   " сек. Если необходимо откройте файл отдельно.");
     }
-    _surveyClocks(true);
+    _surveyClocks();
     signalParseFinished.emit(path);
     stopRequested.exchange(false);
     packageList->update(db, filter, groupFilter);
     load.settle();
 }
 
-// Every stream's clock needs all its frames: surveyed with the load, on the
-// worker, so that no redraw waits for it; after a removal, on the first ask.
-void TavNaModel::_surveyClocks(bool now) {
+// Every stream's clock needs all its frames: surveyed on a thread of the
+// clocks' own once the database stands, so that the load ends at the parse's
+// pace; whoever asks for a clock before the survey ends waits for it.
+void TavNaModel::_surveyClocks() {
     auto fresh = std::make_shared<TavStream::StreamClocks>(TavStream::svStreams(db));
-    if (now)
-        fresh->surveyAll(TavStream::svStreams(db), &stopRequested);
+    fresh->startSurvey();
     clocks = std::move(fresh);
 }
 
@@ -172,9 +176,10 @@ void TavNaModel::_updateProgress(double value) {
 }
 
 void TavNaModel::_onFileRemoved(FileRecordModel* record) {
+    clocks->stop();
     db.clearByFileName(record->fileName);
     TavIec61850Parser::PcapParser::forgetFile(record->fileName);
-    _surveyClocks(false);
+    _surveyClocks();
     packageList->update(db, filter, groupFilter);
     // Only GOOSE streams are asked about, also when SV streams remain: the
     // range is recomputed from the remaining files as soon as one is added.

@@ -93,7 +93,7 @@ private:
     void _reportFailure(const std::string& path, const std::string& reason,
                         std::uint64_t framesKept);
     void _stopWorker();
-    void _surveyClocks(bool now);
+    void _surveyClocks();
     void _updateProgress(double value);
     void _onFileRemoved(FileRecordModel* record);
     // (latest end, earliest begin) over every stream's part of that file.

@@ -40,15 +40,8 @@ template <typename Selection> void pruneFile(Selection& selection, const std::st
                                               livesOnlyIn(*entry.second, path);
                                    }),
                     selection.end());
-    for (const auto& [channel, group] : selection) {
-        if (group == nullptr)
-            continue;
-        // The streams' own file sets are edited here, ahead of the database,
-        // so that the next window query already leaves the file out.
-        for (const auto* record : group->getRecords())
-            if (record->files.size() > 1)
-                record->files.erase(TavIec61850Parser::PackageFile(path));
-    }
+    // The streams' file sets are the database's: the model clears the file
+    // from them, after the checks that may be reading them have stopped.
 }
 
 } // namespace

@@ -131,8 +131,44 @@ void StreamClocks::store(const std::vector<const Sv*>& streams,
     alignSynchronised();
 }
 
-const SamplingClock& StreamClocks::of(const Sv& stream) {
+void StreamClocks::startSurvey() {
+    joinSurvey();
+    {
+        std::lock_guard<std::mutex> lock(mutex_);
+        surveying_ = true;
+    }
+    cancel_.store(false);
+    survey_ = std::thread([this] {
+        // The interface thread, on a 2-core machine, must keep a core.
+        ::setpriority(PRIO_PROCESS, static_cast<id_t>(::syscall(SYS_gettid)), 10);
+        auto surveyed = surveyEach(streams_, &cancel_);
+        {
+            std::lock_guard<std::mutex> lock(mutex_);
+            if (!cancel_.load())
+                store(streams_, surveyed);
+            surveying_ = false;
+        }
+        surveyed_.notify_all();
+    });
+}
+
+void StreamClocks::joinSurvey() {
+    cancel_.store(true);
+    if (survey_.joinable())
+        survey_.join();
+}
+
+void StreamClocks::stop() {
+    joinSurvey();
     std::lock_guard<std::mutex> lock(mutex_);
+    // Its records may be gone once the database changes.
+    if (clocks_.empty())
+        streams_.clear();
+}
+
+const SamplingClock& StreamClocks::of(const Sv& stream) {
+    std::unique_lock<std::mutex> lock(mutex_);
+    surveyed_.wait(lock, [this] { return !surveying_; });
     if (clocks_.empty() && !streams_.empty()) {
         auto surveyed = surveyEach(streams_, nullptr);
         store(streams_, surveyed);

@@ -4,7 +4,9 @@
 #include "stream/SamplingClock.h"
 
 #include <atomic>
+#include <condition_variable>
 #include <mutex>
+#include <thread>
 #include <unordered_map>
 #include <vector>
 
@@ -21,6 +23,16 @@ public:
     // first ask, when surveyAll was not called first.
     explicit StreamClocks(std::vector<const TavIec61850Parser::Sv*> streams)
         : streams_(std::move(streams)) {}
+    StreamClocks(const StreamClocks&) = delete;
+    StreamClocks& operator=(const StreamClocks&) = delete;
+    ~StreamClocks() { stop(); }
+
+    // Surveys the streams given at construction on a thread of its own, so
+    // that a load ends at the parse's pace; `of` waits for it.
+    void startSurvey();
+    // Cancels and joins that survey: the database is about to change, and
+    // nothing may be surveyed of it from here on.
+    void stop();
 
     // Surveys `streams` spread over every core, then lets the synchronised
     // ones of one rate share the top of the second. Stops early on `cancel`.
@@ -31,6 +43,7 @@ public:
     const SamplingClock& of(const TavIec61850Parser::Sv& stream);
 
 private:
+    void joinSurvey();
     void alignSynchronised();
     void store(const std::vector<const TavIec61850Parser::Sv*>& streams,
                std::vector<SamplingClock>& surveyed);
@@ -38,7 +51,11 @@ private:
     std::vector<const TavIec61850Parser::Sv*> streams_;
 
     std::mutex mutex_;
+    std::condition_variable surveyed_;
+    bool surveying_ = false;
     std::unordered_map<const TavIec61850Parser::Sv*, SamplingClock> clocks_;
+    std::atomic<bool> cancel_{false};
+    std::thread survey_;
 };
 
 // One pass over the stream's frames in time order across its files, reading

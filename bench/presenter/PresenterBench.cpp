@@ -56,10 +56,14 @@ struct Scene {
         std::atomic<bool> updated{false};
         sigc::connection c =
             model.getPackageListModel().signalUpdated.connect([&] { updated = true; });
+        const auto started = std::chrono::steady_clock::now();
         model.parseFile(capture);
         if (!pumpUntil([&] { return updated.load(); }))
             fail("the capture did not load");
         c.disconnect();
+        std::printf(
+            "%s loaded in %.2f s\n", capture,
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count());
 
         window.set_default_size(kPlotWidth + 200, 600);
         window.add(scope.getViewObj());
@@ -157,6 +161,21 @@ BENCHMARK(BM_ReadEightSvChannelsWhole1GB)
     ->ArgName("mapped")
     ->Arg(0)
     ->Arg(1)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(1)
+    ->Repetitions(5)
+    ->ReportAggregatesOnly(true);
+
+// What each load adds to the parse: the sampling clocks of the eight streams,
+// one pass over every frame's counters, over every core.
+void BM_SurveyClocksWhole1GB(benchmark::State& state) {
+    const auto streams = TavStream::svStreams(wholeGigabyte->model.getDb());
+    for (auto _ : state) {
+        TavStream::StreamClocks clocks;
+        clocks.surveyAll(streams);
+    }
+}
+BENCHMARK(BM_SurveyClocksWhole1GB)
     ->Unit(benchmark::kMillisecond)
     ->Iterations(1)
     ->Repetitions(5)
