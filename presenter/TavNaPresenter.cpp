@@ -5,6 +5,7 @@
 #include "platform/view/PanelManagerPresenter.h"
 #include "presenter/DiagnosticsPresenter.h"
 #include "presenter/FileManagerPresenter.h"
+#include "presenter/MeasurementPresenter.h"
 #include "presenter/OscillographPresenter.h"
 #include "presenter/PackageListPresenter.h"
 #include "presenter/RecordDescriptionPresenter.h"
@@ -25,6 +26,7 @@ const char* const descriptionTitle = "Описание";
 const char* const oscillographTitle = "Осциллограмма";
 const char* const filesTitle = "Файлы";
 const char* const diagnosticsTitle = "Диагностика";
+const char* const measurementTitle = "Измерения";
 
 } // namespace
 
@@ -103,6 +105,7 @@ void TavNaPresenter::_init() {
         std::make_unique<PackageListPresenter>(model.getPackageListModel(), model.getLoad());
     recordDescriptionPresenter =
         std::make_unique<RecordDescriptionPresenter>(model.getPackageListModel(), model.getLoad());
+    measurementPresenter.reset();
     oscillographPresenter = std::make_unique<OscillographPresenter>(model);
     // Made before this presenter listens to rebuilds: it takes its look at the
     // database before the next queued file may start changing it.
@@ -110,6 +113,7 @@ void TavNaPresenter::_init() {
         std::make_unique<DiagnosticsPresenter>(model, [this](double from, double to) {
             oscillographPresenter->getViewObj().setSeriesRange(from, to);
         });
+    measurementPresenter = std::make_unique<MeasurementPresenter>(model, *oscillographPresenter);
     menuPresenter->setOscillograph(oscillographPresenter.get());
 
     Tav::IPanelView* packageList =
@@ -124,6 +128,10 @@ void TavNaPresenter::_init() {
         description->setPreferredSize(300, 420);
     _newPanel(diagnosticsTitle, 3, diagnosticsPresenter->getView(), description);
     _newPanel(oscillographTitle, 3, oscillographPresenter->getView(), nullptr);
+    Tav::IPanelView* measurements =
+        _newPanel(measurementTitle, 1, measurementPresenter->getView(), nullptr);
+    if (measurements != nullptr)
+        measurements->setPreferredSize(420, 600);
 
     fileManagerPresenter.reset();
     if (model.getMode() == Mode::Pcap) {

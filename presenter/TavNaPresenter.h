@@ -25,6 +25,7 @@ class PackageListPresenter;
 class RecordDescriptionPresenter;
 class OscillographPresenter;
 class DiagnosticsPresenter;
+class MeasurementPresenter;
 
 // The module's root: the one object the host creates. Owns the main window,
 // the capture model and every presenter, and rebuilds the panels whenever the
@@ -53,6 +54,7 @@ public:
     // Null in Ethernet mode.
     FileManagerPresenter* getFileManagerPresenter() { return fileManagerPresenter.get(); }
     DiagnosticsPresenter& getDiagnosticsPresenter() { return *diagnosticsPresenter; }
+    MeasurementPresenter& getMeasurementPresenter() { return *measurementPresenter; }
 
 private:
     void _init();
@@ -80,6 +82,8 @@ private:
     std::unique_ptr<RecordDescriptionPresenter> recordDescriptionPresenter;
     std::unique_ptr<OscillographPresenter> oscillographPresenter;
     std::unique_ptr<DiagnosticsPresenter> diagnosticsPresenter;
+    // Reads the oscillograph's window: made after it, let go before it.
+    std::unique_ptr<MeasurementPresenter> measurementPresenter;
     std::unique_ptr<FileManagerPresenter> fileManagerPresenter;
     std::deque<std::string> pendingFiles;
     // A file handed over by openFiles is being parsed; the next waits for it.

@@ -1,5 +1,6 @@
 #include "stream/StreamClocks.h"
 
+#include "job/EveryCore.h"
 #include "platform/parser/EthernetDecoder.h"
 #include "platform/parser/ParseError.h"
 #include "platform/parser/SvDecoder.h"
@@ -8,10 +9,6 @@
 #include <algorithm>
 #include <map>
 #include <thread>
-
-#include <sys/resource.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 
 namespace TavStream {
 
@@ -94,24 +91,8 @@ namespace {
 std::vector<SamplingClock> surveyEach(const std::vector<const Sv*>& streams,
                                       const std::atomic<bool>* cancel) {
     std::vector<SamplingClock> surveyed(streams.size());
-    std::atomic<std::size_t> next{0};
-    const auto work = [&] {
-        for (std::size_t i = next++; i < streams.size(); i = next++)
-            surveyed[i] = surveyStream(*streams[i], cancel);
-    };
-    const unsigned helpers =
-        std::min<unsigned>(std::max(1u, std::thread::hardware_concurrency()) - 1,
-                           static_cast<unsigned>(streams.size()));
-    std::vector<std::thread> threads;
-    for (unsigned t = 0; t < helpers; ++t)
-        threads.emplace_back([&] {
-            // The interface thread, on a 2-core machine, must keep a core.
-            ::setpriority(PRIO_PROCESS, static_cast<id_t>(::syscall(SYS_gettid)), 10);
-            work();
-        });
-    work();
-    for (auto& t : threads)
-        t.join();
+    TavJob::forEachOnEveryCore(
+        streams.size(), [&](std::size_t i) { surveyed[i] = surveyStream(*streams[i], cancel); });
     return surveyed;
 }
 
@@ -139,8 +120,7 @@ void StreamClocks::startSurvey() {
     }
     cancel_.store(false);
     survey_ = std::thread([this] {
-        // The interface thread, on a 2-core machine, must keep a core.
-        ::setpriority(PRIO_PROCESS, static_cast<id_t>(::syscall(SYS_gettid)), 10);
+        TavJob::lowerThreadPriority();
         auto surveyed = surveyEach(streams_, &cancel_);
         {
             std::lock_guard<std::mutex> lock(mutex_);
@@ -164,6 +144,11 @@ void StreamClocks::stop() {
     // Its records may be gone once the database changes.
     if (clocks_.empty())
         streams_.clear();
+}
+
+bool StreamClocks::ready() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return !surveying_;
 }
 
 const SamplingClock& StreamClocks::of(const Sv& stream) {

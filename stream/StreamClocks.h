@@ -41,6 +41,8 @@ public:
     // The clock of `stream`; surveyed now when it was not yet (with all the
     // streams given at construction, so that they are aligned).
     const SamplingClock& of(const TavIec61850Parser::Sv& stream);
+    // False while a survey runs: `of` would wait for it.
+    bool ready();
 
 private:
     void joinSurvey();

@@ -3,7 +3,7 @@
 #include "platform/parser/FileRegistry.h"
 #include "platform/parser/FrameReader.h"
 #include "stream/WindowFrames.h"
-#include "waveform/SvSampleReader.h"
+#include "stream/SvSampleReader.h"
 #include "waveform/SvTrace.h"
 
 #include <algorithm>
@@ -82,7 +82,7 @@ std::optional<SampleSummary> SampleSummary::build(const SummarySource& source,
         s.minMax_[i] = std::numeric_limits<std::int32_t>::max();
         s.minMax_[i + 1] = std::numeric_limits<std::int32_t>::min();
     }
-    SvSampleReader samples(source.clock, source.svId);
+    TavStream::SvSampleReader samples(source.clock, source.svId);
     std::vector<std::uint64_t> offsets;
     for (std::size_t begin = 0; begin < source.packages.size(); begin += kBatchFrames) {
         if (stop.load())
@@ -106,7 +106,7 @@ std::optional<SampleSummary> SampleSummary::build(const SummarySource& source,
                                      const std::size_t n = std::min(s.channels_, asdu.valueCount());
                                      std::int32_t* mm = &s.minMax_[b * s.channels_ * 2];
                                      for (std::size_t c = 0; c < n; ++c) {
-                                         const std::int32_t v = SvSampleReader::value(asdu, c);
+                                         const std::int32_t v = TavStream::SvSampleReader::value(asdu, c);
                                          mm[2 * c] = std::min(mm[2 * c], v);
                                          mm[2 * c + 1] = std::max(mm[2 * c + 1], v);
                                      }

@@ -5,7 +5,7 @@
 #include "waveform/BucketEnvelope.h"
 #include "waveform/FrameRuns.h"
 #include "waveform/SummaryStore.h"
-#include "waveform/SvSampleReader.h"
+#include "stream/SvSampleReader.h"
 
 #include <algorithm>
 #include <exception>
@@ -108,7 +108,7 @@ Traces SvTrace::build(const Sv& stream, const std::vector<std::size_t>& indices,
     for (auto& points : traces.channels)
         sinks.emplace_back(window, traces.envelope, points);
 
-    SvSampleReader samples(clock, stream.svId);
+    TavStream::SvSampleReader samples(clock, stream.svId);
     const auto read = [&](const std::vector<PlacedFrame>& frames) {
         readFrameRuns(frames, failure, [&](std::size_t k, const std::vector<std::uint8_t>& bytes) {
             // A frame that no longer decodes gives no sample.
@@ -116,7 +116,7 @@ Traces SvTrace::build(const Sv& stream, const std::vector<std::size_t>& indices,
                          [&](std::int64_t ns, const TavIec61850Parser::SvAsduView& asdu) {
                              for (std::size_t c = 0; c < indices.size(); ++c)
                                  if (indices[c] < asdu.valueCount())
-                                     sinks[c].add({ns, static_cast<float>(SvSampleReader::value(
+                                     sinks[c].add({ns, static_cast<float>(TavStream::SvSampleReader::value(
                                                            asdu, indices[c]))});
                          });
         });

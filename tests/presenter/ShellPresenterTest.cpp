@@ -82,8 +82,9 @@ TEST_F(ShellTest, OpensItsWindowWithMenuPanelsAndStatusBar) {
     EXPECT_EQ(window.bodyBox().get_children(), std::vector<Gtk::Widget*>{dynamic_cast<Gtk::Widget*>(
                                                    shell->getPanelManager().getView())});
     EXPECT_EQ(window.footerBox().get_children(), std::vector<Gtk::Widget*>{&bar()});
-    EXPECT_EQ(panelTitles(), (std::vector<std::string>{"Список SV и GOOSE", "Описание",
-                                                       "Диагностика", "Осциллограмма", "Файлы"}));
+    EXPECT_EQ(panelTitles(),
+              (std::vector<std::string>{"Список SV и GOOSE", "Описание", "Диагностика",
+                                        "Осциллограмма", "Измерения", "Файлы"}));
     EXPECT_EQ(bar().modeLabel().get_text(), "PCAP");
 
     // The working folder holds the icon under this name.

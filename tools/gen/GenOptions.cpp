@@ -2,6 +2,7 @@
 
 #include "tools/gen/CaptureVariants.h"
 #include "tools/gen/SharedPublisher.h"
+#include "tools/gen/SignalOptions.h"
 #include "tools/gen/StreamNaming.h"
 
 #include <algorithm>
@@ -29,7 +30,7 @@ struct RawOptions {
     unsigned rate = 4000;
     unsigned asdus = 1;
     unsigned channels = 8;
-    double current = 100, voltage = 10000, frequency = 50;
+    SvSignal signal; // its peaks and frequency, and the content given for the measurements
     Tagging tagging;
     unsigned goose = 0;
     unsigned booleans = 4, bitStrings = 0;
@@ -96,7 +97,7 @@ std::uint64_t parseTime(const std::string& option, const std::string& text) {
 
 // Applies one option that takes a value; an unknown name is a usage error.
 void applyValue(RawOptions& o, const std::string& name, const std::string& v) {
-    if (applyVariantValue(o.variants, name, v))
+    if (applyVariantValue(o.variants, name, v) || applySignalValue(o.signal, name, v))
         return;
     if (name == "--format")
         o.format = v;
@@ -113,11 +114,11 @@ void applyValue(RawOptions& o, const std::string& name, const std::string& v) {
     else if (name == "--channels")
         o.channels = parseCount(name, v, 1, kMaxChannels);
     else if (name == "--current")
-        o.current = parsePositive(name, v);
+        o.signal.currentPeak = parsePositive(name, v);
     else if (name == "--voltage")
-        o.voltage = parsePositive(name, v);
+        o.signal.voltagePeak = parsePositive(name, v);
     else if (name == "--frequency")
-        o.frequency = parsePositive(name, v);
+        o.signal.frequency = parsePositive(name, v);
     else if (name == "--vlan")
         o.tagging.vlanId = static_cast<std::uint16_t>(parseCount(name, v, 0, 4095));
     else if (name == "--hsr")
@@ -183,9 +184,7 @@ Scenario toScenario(const RawOptions& o) {
         c.faults = o.svFaults;
         if (o.unsynchronised)
             c.smpSynch = 0;
-        c.signal.currentPeak = o.current;
-        c.signal.voltagePeak = o.voltage;
-        c.signal.frequency = o.frequency;
+        c.signal = o.signal;
         if (o.spikeNs)
             c.signal.spikeAtSeconds = static_cast<double>(*o.spikeNs) / 1e9;
         c.startOffsetNs = o.svStartNs;
@@ -289,6 +288,11 @@ const char* usageText() {
   --asdus K                                ASDUs per frame, 1..8 [1]
   --channels C                             values per ASDU, 1..8000 [8]
   --current A --voltage V --frequency F    peak amplitudes and frequency [100 10000 50]
+  --harmonic N:PCT                         (repeatable) current harmonic N at PCT %
+  --phase-angles A,B,C                     phase angles in degrees [0,-120,120]
+  --phase-amplitudes A,B,C                 amplitude factor of each phase [1,1,1]
+  --current-lag DEG                        currents lag their voltages by DEG [0]
+  --noise R                                Gaussian noise, RMS R x peak [0]
   --spike T                                one sample T s after the SV start at 3 x peak
   --sv-start T                             SV streams begin T s after the capture's start
   --bursts N                               frames handed over N at a time on one time

@@ -3,9 +3,10 @@
 #include "comtrade/ChannelChoices.h"
 #include "comtrade/ComtradeError.h"
 #include "comtrade/ComtradeExporter.h"
+#include "tools/summary/Arguments.h"
+#include "tools/summary/CommandRunner.h"
 #include "tools/summary/StreamTable.h"
 
-#include <charconv>
 #include <iostream>
 #include <optional>
 #include <sstream>
@@ -19,11 +20,6 @@ using TavIec61850Parser::Timest;
 const char* kUsage = "usage: tavna-inspect --comtrade OUT [--streams K,L,...] [--from S --to S] "
                      "[--rev 1999|2013] [--ascii] [--trigger T] FILE...\n";
 
-class Usage : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
 struct Options {
     std::string out;
     std::optional<std::vector<std::size_t>> streams;
@@ -32,28 +28,6 @@ struct Options {
     TavComtrade::DataFormat format = TavComtrade::DataFormat::Binary;
     std::vector<std::string> files;
 };
-
-std::size_t number(const std::string& text) {
-    std::size_t value = 0;
-    const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (ec != std::errc() || end != text.data() + text.size())
-        throw Usage("not a number: " + text);
-    return value;
-}
-
-// "1700000000.000250" exactly, as --json prints times.
-Timest seconds(const std::string& text) {
-    const auto dot = text.find('.');
-    const std::string whole = text.substr(0, dot);
-    std::string fraction = dot == std::string::npos ? "" : text.substr(dot + 1);
-    if (whole.empty() || fraction.size() > 9 || (dot != std::string::npos && fraction.empty()))
-        throw Usage("not a time in seconds: " + text);
-    const std::size_t s = number(whole);
-    if (s > 0xFFFFFFFFu)
-        throw Usage("not a time in seconds: " + text);
-    fraction.resize(9, '0');
-    return {static_cast<std::uint32_t>(s), static_cast<std::uint32_t>(number(fraction))};
-}
 
 Options parse(const std::vector<std::string>& args) {
     Options o;
@@ -70,13 +44,13 @@ Options parse(const std::vector<std::string>& args) {
             std::istringstream list(value(i));
             o.streams.emplace();
             for (std::string k; std::getline(list, k, ',');)
-                o.streams->push_back(number(k));
+                o.streams->push_back(parseCount(k));
         } else if (a == "--from") {
-            o.from = seconds(value(i));
+            o.from = parseSeconds(value(i));
         } else if (a == "--to") {
-            o.to = seconds(value(i));
+            o.to = parseSeconds(value(i));
         } else if (a == "--trigger") {
-            o.trigger = seconds(value(i));
+            o.trigger = parseSeconds(value(i));
         } else if (a == "--rev") {
             const std::string& rev = value(i);
             if (rev != "1999" && rev != "2013")
@@ -130,23 +104,11 @@ TavComtrade::ExportRequest requestFor(const Options& o, const StreamTable& table
 } // namespace
 
 bool isComtradeCommand(const std::vector<std::string>& args) {
-    for (const auto& a : args)
-        if (a == "--comtrade")
-            return true;
-    return false;
+    return namesCommand(args, "--comtrade");
 }
 
 int runComtradeCommand(const std::vector<std::string>& args) {
-    Options options;
-    try {
-        options = parse(args);
-    } catch (const Usage& e) {
-        std::cerr << "tavna-inspect: " << e.what() << '\n' << kUsage;
-        return 2;
-    }
-    try {
-        StreamTable table;
-        table.load(options.files);
+    return runOnCaptures(args, kUsage, parse, [](const Options& options, StreamTable& table) {
         const auto request = requestFor(options, table);
         const auto base = TavComtrade::ComtradeExporter::basePath(options.out);
         const auto result = TavComtrade::ComtradeExporter::write(base, request);
@@ -154,14 +116,7 @@ int runComtradeCommand(const std::vector<std::string>& args) {
                   << request.analog.size() << " analog, " << request.digital.size()
                   << " digital channels, aligned " << TavComtrade::alignmentName(result.alignment)
                   << '\n';
-    } catch (const Usage& e) {
-        std::cerr << "tavna-inspect: " << e.what() << '\n';
-        return 2;
-    } catch (const std::exception& e) {
-        std::cerr << "tavna-inspect: " << e.what() << '\n';
-        return 1;
-    }
-    return 0;
+    });
 }
 
 } // namespace TavInspect

@@ -1,5 +1,6 @@
 #include "platform/parser/ParseError.h"
 #include "tools/summary/ComtradeCommand.h"
+#include "tools/summary/MeasureCommand.h"
 #include "tools/summary/Reports.h"
 
 #include <charconv>
@@ -12,7 +13,8 @@ constexpr int kReadInPart = 3;
 
 const char* kUsage = "usage: tavna-inspect [--check] [--json | --values K] FILE...\n"
                      "       tavna-inspect --comtrade OUT [--streams K,L,...] [--from S --to S] "
-                     "[--rev 1999|2013] [--ascii] [--trigger T] FILE...\n";
+                     "[--rev 1999|2013] [--ascii] [--trigger T] FILE...\n"
+                     "       tavna-inspect --measure [--from S --to S] [--json] FILE...\n";
 
 struct Options {
     bool json = false;
@@ -52,6 +54,8 @@ int main(int argc, char** argv) {
     const std::vector<std::string> args(argv + 1, argv + argc);
     if (TavInspect::isComtradeCommand(args))
         return TavInspect::runComtradeCommand(args);
+    if (TavInspect::isMeasureCommand(args))
+        return TavInspect::runMeasureCommand(args);
     if (args.size() == 1 && (args[0] == "--help" || args[0] == "-h")) {
         std::cout << kUsage;
         return 0;

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace TavWaveform {
+namespace TavStream {
 
 // Every ASDU of an SV stream's own svID as one sample at its sampling instant,
 // told by the stream's clock from the frame's arrival and the ASDU's counter.
@@ -17,7 +17,7 @@ namespace TavWaveform {
 // millions of them.
 class SvSampleReader {
 public:
-    SvSampleReader(const TavStream::SamplingClock& clock, std::string svId)
+    SvSampleReader(const SamplingClock& clock, std::string svId)
         : clock_(clock), svId_(std::move(svId)) {}
 
     // Calls use(ns, asdu) for each ASDU; false when the bytes are not an SV frame.
@@ -39,9 +39,9 @@ public:
 private:
     bool decode(const std::vector<std::uint8_t>& bytes);
 
-    const TavStream::SamplingClock& clock_;
+    const SamplingClock& clock_;
     std::string svId_;
     std::vector<TavIec61850Parser::SvAsduView> views_;
 };
 
-} // namespace TavWaveform
+} // namespace TavStream

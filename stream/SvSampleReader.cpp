@@ -1,9 +1,9 @@
-#include "waveform/SvSampleReader.h"
+#include "stream/SvSampleReader.h"
 
 #include "platform/parser/EthernetDecoder.h"
 #include "platform/parser/ParseError.h"
 
-namespace TavWaveform {
+namespace TavStream {
 
 bool SvSampleReader::decode(const std::vector<std::uint8_t>& bytes) {
     using namespace TavIec61850Parser;
@@ -23,4 +23,4 @@ bool SvSampleReader::decode(const std::vector<std::uint8_t>& bytes) {
     return !views_.empty();
 }
 
-} // namespace TavWaveform
+} // namespace TavStream
