@@ -4,6 +4,12 @@
 
 namespace TavInspect {
 
+const std::string& optionValue(const std::vector<std::string>& args, std::size_t& i) {
+    if (++i >= args.size())
+        throw Usage(args[i - 1] + " needs a value");
+    return args[i];
+}
+
 std::size_t parseCount(const std::string& text) {
     std::size_t value = 0;
     const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace TavInspect {
 
@@ -14,6 +15,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// The value after the option at `i`, which moves on to it.
+const std::string& optionValue(const std::vector<std::string>& args, std::size_t& i);
 std::size_t parseCount(const std::string& text);
 // "1700000000.000250" exactly, as --json prints times.
 TavIec61850Parser::Timest parseSeconds(const std::string& text);

@@ -31,11 +31,7 @@ struct Options {
 
 Options parse(const std::vector<std::string>& args) {
     Options o;
-    auto value = [&](std::size_t& i) -> const std::string& {
-        if (++i >= args.size())
-            throw Usage(args[i - 1] + " needs a value");
-        return args[i];
-    };
+    const auto value = [&](std::size_t& i) -> const std::string& { return optionValue(args, i); };
     for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string& a = args[i];
         if (a == "--measure")
