@@ -214,15 +214,21 @@ TEST(ComtradeCommand, ARedundantCopyMakesNoRowOfItsOwn) {
     EXPECT_EQ(TavTest::readFile(both + ".dat"), TavTest::readFile(one + ".dat"));
 }
 
-// A frame that also carries other publishers' data sets gives the stream only
-// its own ASDUs: one sample a frame here, not eight.
+// A frame that also carries other publishers' data sets (their values two to
+// eight times the stream's) gives the stream only its own ASDUs: one sample a
+// frame here, not eight, each the stream's own value.
 TEST(ComtradeCommand, ASDUsOfOtherSvIdsAreNotTheStreamsSamples) {
-    const auto shared =
-        TavTest::generated("ct_shared_frames",
-                           {"--sv", "1", "--asdus", "8", "--distinct-svids", "--duration", "0.01"});
+    const auto shared = TavTest::generated(
+        "ct_shared_frames",
+        {"--sv", "1", "--asdus", "8", "--distinct-svids", "--duration", "0.01", "--current", "10"});
     const std::string base = TavTest::tempDir() + "/shared_frames";
     ASSERT_EQ(inspect({"--comtrade", base, shared}).code, 0);
-    EXPECT_EQ(TavTest::readRecord(base).rows.size(), 40u);
+    const auto record = TavTest::readRecord(base);
+    ASSERT_EQ(record.rows.size(), 40u);
+    for (std::size_t i = 0; i < record.rows.size(); ++i) {
+        const double ia = std::lround(10'000 * std::sin(2 * M_PI * 50 * i / 4000.0)) * 0.001;
+        ASSERT_NEAR(record.value(record.rows[i], 0), ia, 1e-6) << i;
+    }
 }
 
 // A capturing card stamps frames in bursts; the record keeps the merging

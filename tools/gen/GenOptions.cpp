@@ -310,8 +310,9 @@ const char* usageText() {
   --other N                                N IPv4 frames spread over the duration [0]
   --prp-pairs                              every frame on LAN A and again on LAN B
   --seqdata-bytes N                        seqData of N bytes in every ASDU [8 x C]
-  --distinct-svids                         ASDU k > 0 of a frame carries svID/k, all
-                                           ASDUs the same sample: a frame per sample
+  --distinct-svids                         ASDU k > 0 of a frame carries svID/k and the
+                                           sample's values times k + 1, all ASDUs the
+                                           same sample: a frame per sample
   --empty-integer                          a GOOSE entry: integer of no octets
   --declared-entries N                     numDatSetEntries sent [the entries]
   --vlan-dei                               DEI bit set in the VLAN tag

@@ -103,9 +103,12 @@ std::span<const std::uint8_t> SvStream::frame() {
         const std::uint64_t n = frameIndex_ * samplesPerFrame() + (config_.distinctSvIds ? 0 : a);
         putBigEndian16(apdu + slots_[a].smpCnt, static_cast<std::uint16_t>(n % config_.rate));
         config_.signal.sample(n, config_.rate, values_);
+        // Another publisher's data set carries other values: a reader that
+        // takes its ASDUs for the stream's own gets them visibly wrong.
+        const std::int32_t foreign = config_.distinctSvIds ? static_cast<std::int32_t>(a) + 1 : 1;
         std::uint8_t* seqData = apdu + slots_[a].seqData;
         for (std::uint32_t c = 0; c < config_.channels; ++c)
-            putBigEndian32(seqData + 8 * c, static_cast<std::uint32_t>(values_[c]));
+            putBigEndian32(seqData + 8 * c, static_cast<std::uint32_t>(values_[c] * foreign));
     }
     applyFaults(apdu);
     setRedundancySequence(frame_, layout_, static_cast<std::uint16_t>(frameIndex_));
