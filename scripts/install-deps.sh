@@ -14,6 +14,8 @@ packages=(
     imagemagick                       # screenshots of the running window
     zlib1g-dev                        # gzip-compressed captures
     libfftw3-dev                      # the measurements' spectra
+    libpcap-dev                       # live capture from a network interface
+    tcpreplay iproute2                # the live-capture tests send frames over a veth pair
 )
 
 missing=()

@@ -144,6 +144,10 @@ bool isGzip(const std::uint8_t* data, std::size_t size) {
     return size >= 3 && data[0] == 0x1F && data[1] == 0x8B && data[2] == 8; // deflate
 }
 
+std::string GzipCache::folder() {
+    return cacheFolder();
+}
+
 std::string GzipCache::copyPath(const std::string& path, std::uint64_t size, std::int64_t mtimeNs) {
     std::error_code ec;
     const std::filesystem::path absolute = std::filesystem::absolute(path, ec);

@@ -27,6 +27,8 @@ public:
     // Where the copy of the file as it is now lies ($XDG_CACHE_HOME/tavna,
     // else ~/.cache/tavna).
     static std::string copyPath(const std::string& path, std::uint64_t size, std::int64_t mtimeNs);
+    // The user's cache folder those copies go to; live captures write there too.
+    static std::string folder();
 
     // Inflates `data` (the whole compressed file) into `copy` unless the copy
     // is there already. Reports the fraction of the compressed bytes used and
