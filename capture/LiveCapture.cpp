@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <pcap/pcap.h>
+#include <poll.h>
 #include <unistd.h>
 
 namespace TavCapture {
@@ -90,6 +91,8 @@ void LiveCapture::configure() {
             status == PCAP_ERROR ? pcap_geterr(handle_) : pcap_statustostr(status);
         throw CaptureError("cannot capture on " + name + ": " + why, refusedRight(status));
     }
+    if (pcap_setnonblock(handle_, 1, error) != 0)
+        throw CaptureError("cannot capture on " + name + ": " + error, false);
     if (pcap_datalink(handle_) != DLT_EN10MB)
         throw CaptureError(name + " is not an Ethernet interface", false);
     bpf_program program{};
@@ -112,7 +115,11 @@ void LiveCapture::stop() {
 void LiveCapture::run() {
     countedAt_ = std::chrono::steady_clock::now();
     std::string failure;
+    pollfd wait{pcap_get_selectable_fd(handle_), POLLIN, 0};
     while (!stopping_.load() && writeError_.empty()) {
+        // The kernel wakes no one while no frame comes, and a segment must
+        // still close on time and a stop be heard.
+        ::poll(&wait, 1, kWakeMs);
         const int got = pcap_dispatch(handle_, -1, &LiveCapture::onFrame,
                                       reinterpret_cast<unsigned char*>(this));
         if (got == PCAP_ERROR) {

@@ -44,6 +44,20 @@ void CurrentLoad::post(Owner owner, Task task) {
     _post(std::move(owner), std::move(task));
 }
 
+void CurrentLoad::postOwned(Owner owner, Task task) {
+    Task guarded = [self = std::weak_ptr<void>(self), owner = std::move(owner),
+                    task = std::move(task)] {
+        const auto selfAlive = self.lock();
+        const auto ownerAlive = owner.lock();
+        if (selfAlive && ownerAlive)
+            task();
+    };
+    if (poster)
+        poster(std::move(guarded));
+    else
+        guarded();
+}
+
 void CurrentLoad::_post(std::optional<Owner> owner, Task task) {
     Task guarded = [this, self = std::weak_ptr<void>(self), of = current.load(),
                     owner = std::move(owner), task = std::move(task)] {

@@ -55,6 +55,9 @@ public:
     void deliver(Owner owner, Task task);
     // Always posted, with the same rule.
     void post(Owner owner, Task task);
+    // Posted for a source that outlives loads, such as a live capture: run
+    // whichever load is then current, as long as the owner lives.
+    void postOwned(Owner owner, Task task);
 
     sigc::signal<void()> signalBegun;
     sigc::signal<void()> signalSettled;

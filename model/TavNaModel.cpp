@@ -1,6 +1,7 @@
 #include "model/TavNaModel.h"
 
 #include "model/FailureText.h"
+#include "model/LiveSession.h"
 #include "platform/common/Log.h"
 #include "platform/parser/ParseError.h"
 #include "platform/parser/PcapParser.h"
@@ -21,6 +22,8 @@ TavNaModel::TavNaModel()
       oscillographModel(std::make_unique<OscillographModel>()) {
     filter.keep.sv = true;
     filter.keep.goose = true;
+    // A capture's next batch waits for the load before it to settle.
+    load.signalSettled.connect([this] { _drainCapture(); });
     Log::writeInfo("Запуск Сетевого Анализатора");
     mode = Mode::Pcap;
     _init();
@@ -29,10 +32,14 @@ TavNaModel::TavNaModel()
 TavNaModel::~TavNaModel() {
     shutdownWorker();
     clocks->stop();
+    db = TavIec61850Parser::Db();
+    _dropCapture();
     Log::writeInfo("Завершение работы Сетевого Анализатора");
 }
 
 void TavNaModel::shutdownWorker() {
+    shutDown = true;
+    _haltCapture();
     stopRequested.exchange(true);
     if (worker.joinable()) {
         Log::writeInfo("Ожидание завершения потока парсинга");
@@ -82,6 +89,7 @@ void TavNaModel::parseFile(const std::string& path) {
 }
 
 void TavNaModel::_init() {
+    _haltCapture();
     signalResetting.emit();
     // A reset throws away what a running parse writes into; it must end first.
     if (worker.joinable()) {
@@ -92,6 +100,7 @@ void TavNaModel::_init() {
     clocks->stop();
     db = TavIec61850Parser::Db();
     clocks = std::make_shared<TavStream::StreamClocks>();
+    _dropCapture();
     fileManager = std::make_unique<FileManagerModel>();
     if (fileRemovedConnection.connected())
         fileRemovedConnection.disconnect();

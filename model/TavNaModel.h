@@ -1,5 +1,6 @@
 #pragma once
 
+#include "capture/LiveCapture.h"
 #include "model/CurrentLoad.h"
 #include "model/FileManagerModel.h"
 #include "model/GroupFilter.h"
@@ -18,8 +19,11 @@
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 namespace TavNA {
+
+class LiveSession;
 
 // How the capture model gets its frames: from opened files or from the wire.
 enum class Mode : std::int32_t { None = 0, Pcap = 1, Ethernet = 2 };
@@ -70,6 +74,23 @@ public:
     // into an object that is being destroyed.
     void shutdownWorker();
 
+    // ETHERNET mode: captures SV and GOOSE frames on the interface and reads
+    // them into the database as they arrive, a load per batch of segments.
+    // What an earlier capture kept is dropped first (a reset). Throws
+    // TavCapture::CaptureError when the interface cannot be captured on.
+    void startCapture(const std::string& interfaceName);
+    // What the capture kept stays for analysis, like a loaded file.
+    void stopCapture();
+    bool isCapturing() const;
+    // True once a capture has started, until the next reset.
+    bool hasCapture() const { return live != nullptr; }
+    TavCapture::CaptureCounts captureCounts() const;
+    // Every frame the capture kept, as one pcapng file; throws
+    // TavCapture::CaptureError.
+    void saveCapture(const std::string& path) const;
+    // The size the kept segments may reach, for captures started from now on.
+    void setCaptureLimit(std::uint64_t bytes) { captureLimit = bytes; }
+
 private:
     CurrentLoad load;
     std::unique_ptr<FileManagerModel> fileManager;
@@ -85,6 +106,11 @@ public:
     // readers that must let go of it first.
     sigc::signal<void()> signalResetting;
     sigc::signal<void(unsigned short, const std::string&)> signalMessage;
+    // Interface thread: the capture ended by itself (its interface went down
+    // or disappeared); the reason.
+    sigc::signal<void(const std::string&)> signalCaptureStopped;
+    // Worker, inside a load: a capture's new frames are in the database.
+    sigc::signal<void()> signalCaptureGrown;
 
 private:
     void _init();
@@ -100,6 +126,16 @@ private:
     std::pair<TavIec61850Parser::Timest, TavIec61850Parser::Timest>
     _getFileTimeRange(const std::string& path) const;
     bool _checkFileTimeGap(const std::string& path) const;
+    // Interface thread: a load reads what the capture handed over, unless
+    // one runs; its settling looks again.
+    void _drainCapture();
+    void _readSegments(const std::vector<std::string>& closed,
+                       const std::vector<std::string>& retired);
+    void _onCaptureFailed(const std::string& reason);
+    // The capture thread ends and its posts are dropped; its files stay.
+    void _haltCapture();
+    // After the database let go of them: the segments and their folder go.
+    void _dropCapture();
 
     TavIec61850Parser::Db db;
     std::shared_ptr<TavStream::StreamClocks> clocks = std::make_shared<TavStream::StreamClocks>();
@@ -111,6 +147,11 @@ private:
     bool parsedOnce = false;
     Mode mode = Mode::None;
     sigc::connection fileRemovedConnection;
+    std::unique_ptr<LiveSession> live;
+    // What the capture posts runs only while this is the session's.
+    std::shared_ptr<void> liveToken;
+    std::uint64_t captureLimit = 2ull << 30;
+    bool shutDown = false;
 };
 
 } // namespace TavNA
