@@ -4,6 +4,7 @@
 #include "platform/common/Language.h"
 #include "platform/view/AboutWindowActivatorPresenter.h"
 #include "platform/view/FileDialogPresenter.h"
+#include "presenter/CapturePresenter.h"
 #include "presenter/ComtradeExportPresenter.h"
 #include "view/TavNaMenuView.h"
 
@@ -16,6 +17,18 @@ TavNaMenuPresenter::TavNaMenuPresenter(TavNaModel& model)
     view->signalOpenFileClicked.connect(
         sigc::mem_fun(*this, &TavNaMenuPresenter::_onMenuOpenFileClicked));
     view->signalExportClicked.connect([this] { exporter->start(); });
+    view->signalStartCaptureClicked.connect([this] {
+        if (capture != nullptr)
+            capture->start();
+    });
+    view->signalStopCaptureClicked.connect([this] {
+        if (capture != nullptr)
+            capture->stop();
+    });
+    view->signalSaveCaptureClicked.connect([this] {
+        if (capture != nullptr)
+            capture->save();
+    });
     view->signalAboutClicked.connect(
         sigc::mem_fun(*this, &TavNaMenuPresenter::_onMenuAboutClicked));
 }

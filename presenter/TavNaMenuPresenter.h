@@ -10,6 +10,7 @@ class TavNaModel;
 class TavNaMenuView;
 class OscillographPresenter;
 class ComtradeExportPresenter;
+class CapturePresenter;
 
 class TavNaMenuPresenter : public Tav::IPresenter {
 public:
@@ -20,6 +21,8 @@ public:
     // The oscillograph whose ticked channels "Экспорт в COMTRADE…" exports.
     void setOscillograph(OscillographPresenter* presenter);
     ComtradeExportPresenter& getExportPresenter() { return *exporter; }
+    // The capture the "Захват" items drive.
+    void setCapture(CapturePresenter* presenter) { capture = presenter; }
 
     // "Help/<language tag>/<document>.pdf", relative to the working folder.
     static std::string helpPath();
@@ -31,6 +34,7 @@ private:
     std::unique_ptr<TavNaMenuView> view;
     TavNaModel& model;
     std::unique_ptr<ComtradeExportPresenter> exporter;
+    CapturePresenter* capture = nullptr;
 };
 
 } // namespace TavNA

@@ -36,6 +36,7 @@ TavNaPresenter::TavNaPresenter()
       statusbarPresenter(std::make_unique<TavNaStatusbarPresenter>(model)),
       aliveToken(Tav::UpdateViewGuard::makeToken()) {
     model.getLoad().setPoster([](CurrentLoad::Task task) { Tav::beginUpdateView(task); });
+    menuPresenter->setCapture(&statusbarPresenter->getCapturePresenter());
     // While a load runs, a pick or a removal would read or change what its
     // worker writes, and the lists point into a tree it is about to free.
     model.getLoad().signalBegun.connect([this] { _setPanelsSensitive(false); });

@@ -1,6 +1,7 @@
 #include "presenter/TavNaStatusbarPresenter.h"
 
 #include "model/TavNaModel.h"
+#include "presenter/CapturePresenter.h"
 #include "view/TavNaStatusbarView.h"
 
 namespace TavNA {
@@ -27,6 +28,7 @@ TavNaStatusbarPresenter::TavNaStatusbarPresenter(TavNaModel& model)
     view->signalCancelLoad.connect(sigc::mem_fun(*this, &TavNaStatusbarPresenter::_onCancelLoad));
     view->signalModeSwitched.connect(
         sigc::mem_fun(*this, &TavNaStatusbarPresenter::_onModeSwitched));
+    capturePresenter = std::make_unique<CapturePresenter>(model, view->captureBar(), view.get());
     _onModeChanged();
 }
 
@@ -108,6 +110,9 @@ void TavNaStatusbarPresenter::_onModeChanged() {
     default:
         break;
     }
+    view->showCapture(model.getMode() == Mode::Ethernet);
+    if (capturePresenter)
+        capturePresenter->onModeChanged();
 }
 
 } // namespace TavNA

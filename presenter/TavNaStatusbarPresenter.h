@@ -8,6 +8,7 @@
 
 namespace TavNA {
 
+class CapturePresenter;
 class CurrentLoad;
 class TavNaModel;
 class TavNaStatusbarView;
@@ -21,6 +22,8 @@ public:
     ~TavNaStatusbarPresenter() override;
 
     Tav::IView* getView() override;
+    // ETHERNET mode's capture, which the bar starts and stops.
+    CapturePresenter& getCapturePresenter() { return *capturePresenter; }
 
     void updateProgress(double value);
     // Called on the interface thread, when the parse starts.
@@ -48,6 +51,7 @@ private:
     std::unique_ptr<TavNaStatusbarView> view;
     TavNaModel& model;
     std::shared_ptr<Tav::UpdateViewGuard::LifetimeToken> aliveToken;
+    std::unique_ptr<CapturePresenter> capturePresenter;
 };
 
 } // namespace TavNA

@@ -7,13 +7,16 @@
 
 namespace TavNA {
 
-// The menu bar: opening a capture, exporting channels, the help document
-// and the about box.
+// The menu bar: opening a capture, exporting channels, live capture, the help
+// document and the about box.
 class ITavNaMenuView : public Tav::IView {
 public:
     sigc::signal<void()> signalOpenFileClicked;
     sigc::signal<void()> signalExportClicked;
     sigc::signal<void()> signalAboutClicked;
+    sigc::signal<void()> signalStartCaptureClicked;
+    sigc::signal<void()> signalStopCaptureClicked;
+    sigc::signal<void()> signalSaveCaptureClicked;
 
     // The document the help item opens, relative to the working folder.
     virtual void setHelpPath(const std::string& path) = 0;

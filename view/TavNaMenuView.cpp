@@ -22,6 +22,12 @@ void TavNaMenuView::_initializeView() {
     fileTop.set_submenu(fileMenu);
     append(fileTop);
 
+    captureMenu.append(startCapture);
+    captureMenu.append(stopCapture);
+    captureMenu.append(saveCapture);
+    captureTop.set_submenu(captureMenu);
+    append(captureTop);
+
     helpMenu.append(about);
     helpMenu.append(helpDocument);
     helpTop.set_submenu(helpMenu);
@@ -30,6 +36,9 @@ void TavNaMenuView::_initializeView() {
     openFile.signal_activate().connect(
         sigc::mem_fun(*this, &TavNaMenuView::_onMenuOpenFileClicked));
     exportComtrade.signal_activate().connect([this] { signalExportClicked.emit(); });
+    startCapture.signal_activate().connect([this] { signalStartCaptureClicked.emit(); });
+    stopCapture.signal_activate().connect([this] { signalStopCaptureClicked.emit(); });
+    saveCapture.signal_activate().connect([this] { signalSaveCaptureClicked.emit(); });
     about.signal_activate().connect(sigc::mem_fun(*this, &TavNaMenuView::_onMenuAboutClicked));
     helpDocument.signal_activate().connect(
         sigc::mem_fun(*this, &TavNaMenuView::_onMenuHelpClicked));

@@ -20,6 +20,9 @@ public:
     Gtk::MenuItem& exportItem() { return exportComtrade; }
     Gtk::MenuItem& aboutItem() { return about; }
     Gtk::MenuItem& helpItem() { return helpDocument; }
+    Gtk::MenuItem& startCaptureItem() { return startCapture; }
+    Gtk::MenuItem& stopCaptureItem() { return stopCapture; }
+    Gtk::MenuItem& saveCaptureItem() { return saveCapture; }
 
 private:
     void _initializeView();
@@ -32,6 +35,11 @@ private:
     Gtk::Menu fileMenu;
     Gtk::MenuItem openFile{"Открыть"};
     Gtk::MenuItem exportComtrade{"Экспорт в COMTRADE…"};
+    Gtk::MenuItem captureTop{"Захват"};
+    Gtk::Menu captureMenu;
+    Gtk::MenuItem startCapture{"Начать захват"};
+    Gtk::MenuItem stopCapture{"Остановить захват"};
+    Gtk::MenuItem saveCapture{"Сохранить захват…"};
     Gtk::MenuItem helpTop{"Помощь"};
     Gtk::Menu helpMenu;
     Gtk::MenuItem about{"О программе"};

@@ -8,6 +8,10 @@ namespace TavNA {
 
 TavNaStatusbarView::TavNaStatusbarView() : Gtk::Box(Gtk::ORIENTATION_HORIZONTAL, 0) {
     grid.attach(labels[0], 0, 0);
+    capture.set_no_show_all(true);
+    capture.hide();
+    capture.set_margin_start(8);
+    grid.attach(capture, 1, 0);
     labels[8].set_hexpand(true);
     grid.attach(labels[8], 8, 0);
 

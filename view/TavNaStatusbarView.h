@@ -1,5 +1,6 @@
 #pragma once
 
+#include "view/CaptureBar.h"
 #include "view/ITavNaStatusbarView.h"
 
 #include <array>
@@ -28,6 +29,9 @@ public:
     Gtk::Button& cancelLoadButton() { return cancelLoad; }
     Gtk::Switch& modeSwitch() { return switchMode; }
     Gtk::Label& modeLabel() { return modeName; }
+    // Shown in ETHERNET mode only.
+    CaptureBar& captureBar() { return capture; }
+    void showCapture(bool visible) { capture.set_visible(visible); }
 
 private:
     void _onModeSwitchActiveChanged();
@@ -42,6 +46,7 @@ private:
     Gtk::Label modeCaption{"Режим работы: "};
     Gtk::Switch switchMode;
     Gtk::Label modeName;
+    CaptureBar capture;
     sigc::connection modeSwitchedConnection;
 };
 
