@@ -195,3 +195,37 @@ TEST_F(LiveCaptureTest, AProcessWithoutTheRightIsToldSo) {
 }
 
 } // namespace
+
+namespace {
+
+TEST_F(LiveCaptureTest, TheInspectorReportsWhatItCapturedAsItWouldTheFileItWrote) {
+    const std::string sent = TavTest::generated("inspected", {"--sv", "1", "--goose", "1"});
+    const std::string inspector = TavTest::toolPath("TAVNA_INSPECT");
+    const std::string written = TavTest::tempDir() + "/inspected-live.pcapng";
+    std::string live;
+    std::string liveErrors;
+    int code = -1;
+    std::thread capturing([&] {
+        code = TavTest::runCommand({inspector, "--interface", net.listening(), "--seconds", "2",
+                                    "--write", written, "--json"},
+                                   live, &liveErrors);
+    });
+    // The inspector opens the interface well within this.
+    std::this_thread::sleep_for(std::chrono::milliseconds(700));
+    net.replay(sent);
+    capturing.join();
+    ASSERT_EQ(code, 0) << liveErrors;
+    EXPECT_EQ(streamCounts(written), streamCounts(sent));
+    std::string fromFile;
+    ASSERT_EQ(TavTest::runCommand({inspector, "--json", written}, fromFile), 0);
+    EXPECT_EQ(live, fromFile);
+
+    std::string out;
+    std::string errors;
+    EXPECT_EQ(TavTest::runCommand({inspector, "--interface", "tvnosuch0", "--seconds", "1"}, out,
+                                  &errors),
+              1);
+    EXPECT_NE(errors.find("tvnosuch0"), std::string::npos) << errors;
+}
+
+} // namespace

@@ -1,5 +1,6 @@
 #include "platform/parser/ParseError.h"
 #include "tools/summary/ComtradeCommand.h"
+#include "tools/summary/LiveCommand.h"
 #include "tools/summary/MeasureCommand.h"
 #include "tools/summary/Reports.h"
 
@@ -14,7 +15,9 @@ constexpr int kReadInPart = 3;
 const char* kUsage = "usage: tavna-inspect [--check] [--json | --values K] FILE...\n"
                      "       tavna-inspect --comtrade OUT [--streams K,L,...] [--from S --to S] "
                      "[--rev 1999|2013] [--ascii] [--trigger T] FILE...\n"
-                     "       tavna-inspect --measure [--from S --to S] [--json] FILE...\n";
+                     "       tavna-inspect --measure [--from S --to S] [--json] FILE...\n"
+                     "       tavna-inspect --interface IF [--seconds S] [--write OUT.pcapng] "
+                     "[--json | --check | --measure | --values K]\n";
 
 struct Options {
     bool json = false;
@@ -24,17 +27,17 @@ struct Options {
     std::vector<std::string> files;
 };
 
-bool parseOptions(int argc, char** argv, Options& o) {
-    for (int i = 1; i < argc; ++i) {
-        const std::string a = argv[i];
+bool parseOptions(const std::vector<std::string>& args, Options& o) {
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string& a = args[i];
         if (a == "--check") {
             o.check = true;
         } else if (a == "--json") {
             o.json = true;
         } else if (a == "--values") {
-            if (++i >= argc)
+            if (++i >= args.size())
                 return false;
-            const std::string k = argv[i];
+            const std::string& k = args[i];
             const auto [end, ec] = std::from_chars(k.data(), k.data() + k.size(), o.valuesStream);
             if (ec != std::errc() || end != k.data() + k.size())
                 return false;
@@ -51,7 +54,9 @@ bool parseOptions(int argc, char** argv, Options& o) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const std::vector<std::string> args(argv + 1, argv + argc);
+    std::vector<std::string> args(argv + 1, argv + argc);
+    if (const auto failed = TavInspect::captureFromInterface(args))
+        return *failed;
     if (TavInspect::isComtradeCommand(args))
         return TavInspect::runComtradeCommand(args);
     if (TavInspect::isMeasureCommand(args))
@@ -61,7 +66,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     Options options;
-    if (!parseOptions(argc, argv, options)) {
+    if (!parseOptions(args, options)) {
         std::cerr << kUsage;
         return 2;
     }
