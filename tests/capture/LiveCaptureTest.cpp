@@ -117,6 +117,19 @@ TEST_F(LiveCaptureTest, KeepsEverySvAndGooseFrameAndNothingElse) {
     EXPECT_TRUE(handed.failure.empty()) << handed.failure;
 }
 
+// A hundred streams sent as fast as the sender can (about a million frames a
+// second here) lose nothing.
+TEST_F(LiveCaptureTest, AHundredStreamsAtTheSendersTopSpeedLoseNoFrame) {
+    const std::string sent = TavTest::generated("hundred", {"--sv", "40", "--goose", "60"});
+    Handed handed;
+    LiveCapture capture(options(), handed.listener());
+    net.replay(sent);
+    settle();
+    capture.stop();
+    EXPECT_EQ(capture.counts().dropped, 0u);
+    EXPECT_EQ(countsOf(capture.segments()), streamCounts(sent));
+}
+
 // Segments close while frames still arrive, and the ring lets the oldest go
 // so that what is kept stays within its limit.
 TEST_F(LiveCaptureTest, RingDropsTheOldestSegmentsBeyondItsLimit) {
