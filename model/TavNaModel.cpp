@@ -23,7 +23,12 @@ TavNaModel::TavNaModel()
     filter.keep.sv = true;
     filter.keep.goose = true;
     // A capture's next batch waits for the load before it to settle.
-    load.signalSettled.connect([this] { _drainCapture(); });
+    // Posted, so that every listener of the settling, which may still read
+    // the tree, has run before the next batch's load begins.
+    load.signalSettled.connect([this] {
+        if (liveToken)
+            load.postOwned(liveToken, [this] { _drainCapture(); });
+    });
     Log::writeInfo("Запуск Сетевого Анализатора");
     mode = Mode::Pcap;
     _init();

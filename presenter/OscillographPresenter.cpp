@@ -74,6 +74,13 @@ OscillographPresenter::OscillographPresenter(TavNaModel& model)
     files.signalCleared.connect(
         sigc::mem_fun(*this, &OscillographPresenter::_onFileManagerUpdated));
 
+    // Worker, inside the load that read the new frames. The model outlives
+    // this presenter and the slot stays: it touches nothing of the presenter
+    // but what the token lets through.
+    model.signalCaptureGrown.connect(
+        [this, &load = model.getLoad(), alive = std::weak_ptr(liveness)] {
+            load.post(alive, [this] { _followCapture(); });
+        });
     view->signalPixelWidthChanged.connect(
         sigc::mem_fun(*this, &OscillographPresenter::_onPixelWidthChanged));
     view->signalSeriesRangeChanged.connect(
@@ -173,6 +180,33 @@ void OscillographPresenter::_postTimeRangeUpdate() {
 }
 
 void OscillographPresenter::_updateTimeRange() {
+    _measureTimeRange();
+    if (model.getOscillographModel().duration > 0.1)
+        view->setSeriesRange(0.0, 0.1);
+    _draw();
+}
+
+// A window that reaches the newest frames keeps doing so as the capture grows,
+// with its width; one the user moved away from them stays where it was put.
+// Showing the whole capture (Home, a double click) returns to following.
+void OscillographPresenter::_followCapture() {
+    double from = 0.0;
+    double to = 0.0;
+    view->getSeriesRange(from, to);
+    const double before = model.getOscillographModel().duration;
+    const bool atTheEnd = to >= before - 1e-6;
+    const bool whole = from <= 1e-6 && atTheEnd;
+    _measureTimeRange();
+    const double now = model.getOscillographModel().duration;
+    if (atTheEnd) {
+        const double width = whole || to - from <= 0.0 ? kFollowedSeconds : to - from;
+        view->setHorizontalInterval(static_cast<float>(std::max(0.0, now - width)),
+                                    static_cast<float>(now));
+    }
+    _draw();
+}
+
+void OscillographPresenter::_measureTimeRange() {
     Timest begin{std::numeric_limits<std::uint32_t>::max(), 0};
     Timest end{0, 0};
     auto widen = [&](const auto& streams) {
@@ -196,9 +230,6 @@ void OscillographPresenter::_updateTimeRange() {
         range.duration = std::max(range.end - range.start, 0.0);
     }
     view->setSeriesDuration(static_cast<float>(range.duration));
-    if (range.duration > 0.1)
-        view->setSeriesRange(0.0, 0.1);
-    _draw();
 }
 
 void OscillographPresenter::_draw() {

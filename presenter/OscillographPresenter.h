@@ -69,6 +69,10 @@ private:
 
     void _postTimeRangeUpdate();
     void _updateTimeRange();
+    void _measureTimeRange();
+    void _followCapture();
+    // How much of a growing capture the plot shows when it follows it.
+    static constexpr double kFollowedSeconds = 2.0;
     void _dropSelections();
     void _draw();
     template <typename Record, typename Builder>

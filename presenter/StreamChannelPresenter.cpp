@@ -8,6 +8,10 @@ template <typename ChannelT, typename ViewT>
 StreamChannelPresenter<ChannelT, ViewT>::StreamChannelPresenter(ChannelT& channel)
     : channel(channel), view(std::make_unique<ViewT>()) {
     view->setName(channel.getName());
+    // A channel ticked again in a rebuilt tree shows its tick; set before the
+    // presenter listens, so that it is not reported back as the user's.
+    if (channel.isSelected())
+        view->checkButton().set_active(true);
     view->signalStatusChanged.connect(
         sigc::mem_fun(*this, &StreamChannelPresenter::_onStatusChanged));
 }

@@ -5,6 +5,7 @@
 #include "platform/view/PanelManagerPresenter.h"
 #include "presenter/DiagnosticsPresenter.h"
 #include "presenter/FileManagerPresenter.h"
+#include "presenter/LiveTicks.h"
 #include "presenter/MeasurementPresenter.h"
 #include "presenter/OscillographPresenter.h"
 #include "presenter/PackageListPresenter.h"
@@ -37,6 +38,7 @@ TavNaPresenter::TavNaPresenter()
       aliveToken(Tav::UpdateViewGuard::makeToken()) {
     model.getLoad().setPoster([](CurrentLoad::Task task) { Tav::beginUpdateView(task); });
     menuPresenter->setCapture(&statusbarPresenter->getCapturePresenter());
+    liveTicks = std::make_unique<LiveTicks>(model, [this] { return packageListPresenter.get(); });
     // While a load runs, a pick or a removal would read or change what its
     // worker writes, and the lists point into a tree it is about to free.
     model.getLoad().signalBegun.connect([this] { _setPanelsSensitive(false); });

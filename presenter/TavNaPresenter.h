@@ -26,6 +26,7 @@ class RecordDescriptionPresenter;
 class OscillographPresenter;
 class DiagnosticsPresenter;
 class MeasurementPresenter;
+class LiveTicks;
 
 // The module's root: the one object the host creates. Owns the main window,
 // the capture model and every presenter, and rebuilds the panels whenever the
@@ -85,6 +86,7 @@ private:
     // Reads the oscillograph's window: made after it, let go before it.
     std::unique_ptr<MeasurementPresenter> measurementPresenter;
     std::unique_ptr<FileManagerPresenter> fileManagerPresenter;
+    std::unique_ptr<LiveTicks> liveTicks;
     std::deque<std::string> pendingFiles;
     // A file handed over by openFiles is being parsed; the next waits for it.
     bool awaitingParse = false;

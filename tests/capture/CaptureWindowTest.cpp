@@ -1,6 +1,7 @@
 // Live capture through the real window: the status bar's chooser and button,
 // the "Захват" menu, and the dialogs.
 #include "model/TavNaModel.h"
+#include "presenter/OscillographPresenter.h"
 #include "presenter/PackageListPresenter.h"
 #include "presenter/TavNaMenuPresenter.h"
 #include "presenter/TavNaPresenter.h"
@@ -9,6 +10,7 @@
 #include "tests/platform/view/DialogAnswer.h"
 #include "tests/support/GuiTest.h"
 #include "tests/support/TestCaptures.h"
+#include "view/OscillographView.h"
 #include "view/TavNaMenuView.h"
 #include "view/TavNaStatusbarView.h"
 
@@ -100,6 +102,61 @@ TEST_F(CaptureWindow, CapturedStreamsAreListedCountedKeptAndSaved) {
     ASSERT_TRUE(TavTest::pumpUntil(
         [&] { return idle() && model().getFileManagerModel().size() == 1; }, 10s));
     EXPECT_EQ(streamCounts(model().getDb()), expected);
+}
+
+// Each batch of frames rebuilds the stream tree: a tick survives it, and the
+// plot follows the newest frames until the user moves the window away.
+TEST_F(CaptureWindow, ATickedChannelStaysDrawnAndThePlotFollowsUntilMovedAway) {
+    const std::string sent =
+        TavTest::generated("follow", {"--format", "pcapng-ns", "--sv", "1", "--duration", "4"});
+    startOnTheVeth();
+    std::thread sender([&] { net.replay(sent, false); });
+    // Each rebuild makes a new tree: it is looked up every time.
+    auto svGroups = [&]() -> auto& {
+        return model().getPackageListModel().getSvProto().getGroups();
+    };
+    auto firstChannel = [&]() -> SvChannel* {
+        const auto& channels = svGroups().getItems()[0]->getChannels().getItems();
+        return channels.empty() ? nullptr : channels[0].get();
+    };
+    auto batches = [&](unsigned count) {
+        const auto from = model().getLoad().number();
+        return TavTest::pumpUntil(
+            [&] { return idle() && model().getLoad().number() >= from + count; }, 5s);
+    };
+    auto& plot = shell->getOscillographPresenter().getViewObj();
+    double from = 0.0;
+    double to = 0.0;
+
+    const bool listed = TavTest::pumpUntil([&] { return idle() && svGroups().size() == 1; }, 5s);
+    // Picked as a click on its name does, which makes its channels.
+    if (listed)
+        shell->getPackageListPresenter().getSvStreams()[0]->getViewObj()->select();
+    const bool channelsMade = listed && firstChannel() != nullptr;
+    if (channelsMade)
+        firstChannel()->setSelected(true);
+    const bool followed = channelsMade && batches(3);
+    plot.getSeriesRange(from, to);
+    const double duration = model().getOscillographModel().duration;
+    const bool stillTicked = followed && firstChannel() && firstChannel()->isSelected();
+    const bool drawn = plot.isActive();
+
+    plot.setSeriesRange(0.0, 0.1);
+    const bool held = batches(2);
+    double heldFrom = 0.0;
+    double heldTo = 0.0;
+    plot.getSeriesRange(heldFrom, heldTo);
+    sender.join();
+
+    ASSERT_TRUE(followed);
+    EXPECT_TRUE(stillTicked);
+    EXPECT_TRUE(drawn);
+    EXPECT_GT(duration, 1.0);
+    EXPECT_NEAR(to, duration, 1e-3);
+    EXPECT_NEAR(from, std::max(0.0, duration - 2.0), 1e-3);
+    ASSERT_TRUE(held);
+    EXPECT_NEAR(heldFrom, 0.0, 1e-6);
+    EXPECT_NEAR(heldTo, 0.1, 1e-6);
 }
 
 TEST_F(CaptureWindow, AnInterfaceThatDisappearsIsToldAndTheButtonComesBack) {
