@@ -3,7 +3,10 @@
 #include "capture/CaptureError.h"
 #include "platform/gzip/GzipCache.h"
 
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <pcap/pcap.h>
@@ -20,10 +23,26 @@ constexpr int kSnapLength = 262144;
 // at the clock to close a segment or stop.
 constexpr int kWakeMs = 100;
 
+// The segments of a process that ended without removing them (a crash, a
+// kill) would hold their disk space for good: folders of processes that no
+// longer run go when another capture starts.
+void removeStaleFolders(const std::string& cache) {
+    std::error_code ec;
+    for (const auto& entry : std::filesystem::directory_iterator(cache, ec)) {
+        const std::string name = entry.path().filename().string();
+        if (name.rfind("live-", 0) != 0)
+            continue;
+        const long pid = std::strtol(name.c_str() + 5, nullptr, 10);
+        if (pid > 0 && ::kill(static_cast<pid_t>(pid), 0) != 0 && errno == ESRCH)
+            std::filesystem::remove_all(entry.path(), ec);
+    }
+}
+
 std::string freshFolder() {
     static std::atomic<unsigned> made{0};
-    return TavGzip::GzipCache::folder() + "/live-" + std::to_string(::getpid()) + "-" +
-           std::to_string(made.fetch_add(1));
+    const std::string cache = TavGzip::GzipCache::folder();
+    removeStaleFolders(cache);
+    return cache + "/live-" + std::to_string(::getpid()) + "-" + std::to_string(made.fetch_add(1));
 }
 
 bool refusedRight(int status) {

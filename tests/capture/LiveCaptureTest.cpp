@@ -167,6 +167,30 @@ TEST_F(LiveCaptureTest, AnInterfaceThatDisappearsEndsTheCaptureWithTheReason) {
     EXPECT_FALSE(handed.failure.empty());
 }
 
+// Segments go with their capture, and those a dead process left behind go
+// when the next capture starts; a live process's stay.
+TEST_F(LiveCaptureTest, SegmentFoldersOfEndedProcessesAreRemoved) {
+    const std::string cache = TavTest::tempDir() + "/cache";
+    ::setenv("XDG_CACHE_HOME", cache.c_str(), 1);
+    const std::string dead = cache + "/tavna/live-999999999-0";
+    const std::string alive = cache + "/tavna/live-1-0";
+    std::filesystem::create_directories(dead);
+    std::filesystem::create_directories(alive);
+    std::string folder;
+    {
+        CaptureOptions o = options();
+        o.folder.clear();
+        LiveCapture capture(o, {});
+        folder = capture.folder();
+        EXPECT_TRUE(std::filesystem::is_directory(folder));
+    }
+    ::unsetenv("XDG_CACHE_HOME");
+    EXPECT_EQ(folder.rfind(cache + "/tavna/live-", 0), 0u) << folder;
+    EXPECT_FALSE(std::filesystem::exists(folder));
+    EXPECT_FALSE(std::filesystem::exists(dead));
+    EXPECT_TRUE(std::filesystem::exists(alive));
+}
+
 TEST_F(LiveCaptureTest, OpeningFailsWithAReason) {
     CaptureOptions o = options();
     o.interface = "tvnosuch0";
