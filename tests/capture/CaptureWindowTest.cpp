@@ -14,6 +14,7 @@
 #include "view/TavNaMenuView.h"
 #include "view/TavNaStatusbarView.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <gtkmm/filechooserdialog.h>
 #include <thread>
@@ -95,9 +96,14 @@ TEST_F(CaptureWindow, CapturedStreamsAreListedCountedKeptAndSaved) {
     TavTest::pumpPending();
     EXPECT_TRUE(boxes.texts.empty()) << boxes.texts.front();
 
+    // The switch to PCAP drops the capture and its segments.
+    const auto segments =
+        std::filesystem::path(model().getDb().svProto.svs.begin()->files.begin()->path);
     bar().modeSwitch().set_active(false);
     TavTest::pumpPending();
     EXPECT_FALSE(bar().captureBar().get_visible());
+    EXPECT_FALSE(model().hasCapture());
+    EXPECT_FALSE(std::filesystem::exists(segments.parent_path()));
     shell->openFiles({dir + "/saved-live.pcapng"});
     ASSERT_TRUE(TavTest::pumpUntil(
         [&] { return idle() && model().getFileManagerModel().size() == 1; }, 10s));

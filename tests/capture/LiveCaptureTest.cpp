@@ -156,17 +156,6 @@ TEST_F(LiveCaptureTest, RingDropsTheOldestSegmentsBeyondItsLimit) {
     EXPECT_EQ(kept.back(), handed.closed.back());
 }
 
-TEST_F(LiveCaptureTest, AnInterfaceThatDisappearsEndsTheCaptureWithTheReason) {
-    Handed handed;
-    LiveCapture capture(options(), handed.listener());
-    ASSERT_EQ(net.ip("link del " + net.listening()), 0);
-    for (int i = 0; i < 50 && capture.running(); ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    EXPECT_FALSE(capture.running());
-    std::lock_guard lock(handed.mutex);
-    EXPECT_FALSE(handed.failure.empty());
-}
-
 // Segments go with their capture, and those a dead process left behind go
 // when the next capture starts; a live process's stay.
 TEST_F(LiveCaptureTest, SegmentFoldersOfEndedProcessesAreRemoved) {
