@@ -14,6 +14,7 @@
 #include "view/TavNaMenuView.h"
 #include "view/TavNaStatusbarView.h"
 
+#include <atomic>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <gtkmm/filechooserdialog.h>
@@ -64,10 +65,14 @@ TEST_F(CaptureWindow, CapturedStreamsAreListedCountedKeptAndSaved) {
     startOnTheVeth();
     EXPECT_EQ(bar().captureBar().startStopButton().get_label(), "Остановить захват");
 
-    std::thread sender([&] { net.replay(sent, false); });
+    std::atomic<bool> allSent{false};
+    std::thread sender([&] {
+        net.replay(sent, false);
+        allSent = true;
+    });
     const bool listed = TavTest::pumpUntil(
         [&] { return model().getPackageListModel().getSvProto().getGroups().size() == 2; }, 5s);
-    const bool whileSending = model().isCapturing() && model().captureCounts().captured < 6000;
+    const bool whileSending = !allSent.load();
     sender.join();
     ASSERT_TRUE(listed);
     EXPECT_TRUE(whileSending);

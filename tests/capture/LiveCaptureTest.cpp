@@ -138,7 +138,7 @@ TEST_F(LiveCaptureTest, RingDropsTheOldestSegmentsBeyondItsLimit) {
         TavTest::generated("paced", {"--format", "pcapng-ns", "--sv", "2", "--duration", "1.5"});
     CaptureOptions o = options();
     o.segmentTime = std::chrono::milliseconds(200);
-    o.ringBytes = 300 * 1024;
+    o.ringBytes = 600 * 1024;
     Handed handed;
     LiveCapture capture(o, handed.listener());
     net.replay(file, false);
@@ -151,7 +151,8 @@ TEST_F(LiveCaptureTest, RingDropsTheOldestSegmentsBeyondItsLimit) {
     std::uint64_t keptBytes = 0;
     for (const std::string& segment : kept)
         keptBytes += std::filesystem::file_size(segment);
-    EXPECT_LE(keptBytes, o.ringBytes);
+    // Only a newest segment larger than the limit on its own may exceed it.
+    EXPECT_TRUE(keptBytes <= o.ringBytes || kept.size() == 1) << keptBytes;
     EXPECT_EQ(handed.retired.size() + kept.size(), handed.closed.size());
     EXPECT_EQ(handed.retired.front(), handed.closed.front());
     EXPECT_EQ(kept.back(), handed.closed.back());
