@@ -121,10 +121,13 @@ INSTANTIATE_TEST_SUITE_P(
                           {"quality", 502'500 * kUs},
                           {"quality", 1000 * kMs},
                           {"quality", 1001 * kMs}}},
-                    Case{"sv_simulation",
-                         sv({"--simulation"}),
-                         {{"simulated_frames", 6000}},
-                         {{"simulated_frames", 0}}},
+                    // A stream's first frame sets the starting state: flags and
+                    // quality held from it on are counted but are no change.
+                    Case{"sv_simulation", sv({"--simulation"}), {{"simulated_frames", 6000}}, {}},
+                    Case{"sv_quality_from_start",
+                         sv({"--sv-fault", "quality:0x2000@0x6000"}),
+                         {{"derived_samples", 6000}},
+                         {}},
                     Case{"sv_prp", sv({"--prp-pairs"}), {{"lan_duplicates", 6000}}, {}},
                     Case{"sv_prp_lost",
                          sv({"--prp-pairs", "--sv-fault", "lose-b@0.5x2"}),
