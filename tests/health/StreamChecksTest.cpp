@@ -47,13 +47,17 @@ class StreamChecksTest : public testing::TestWithParam<Case> {};
 TEST_P(StreamChecksTest, CountsAndEventTimesAreExact) {
     const Case& c = GetParam();
     const StreamHealth health = checkFirstStream(TavTest::generated("health_" + c.name, c.options));
+    // Every count and event kind also has the name the window shows.
     for (const auto& count : healthCounts(health)) {
         const auto expected = c.counts.find(count.name);
         EXPECT_EQ(count.value, expected == c.counts.end() ? 0 : expected->second) << count.name;
+        EXPECT_NE(labelOf(count.name), count.name);
     }
     std::vector<std::pair<std::string, std::int64_t>> events;
-    for (const auto& e : health.events)
+    for (const auto& e : health.events) {
         events.emplace_back(e.kind, sinceStart(e.time));
+        EXPECT_NE(labelOf(e.kind), e.kind);
+    }
     EXPECT_EQ(events, c.events);
     EXPECT_EQ(health.eventCount, health.events.size());
     EXPECT_EQ(health.unreadableFrames, 0u);
