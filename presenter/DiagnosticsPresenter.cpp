@@ -1,6 +1,7 @@
 #include "presenter/DiagnosticsPresenter.h"
 
 #include "health/HealthCounts.h"
+#include "model/FailureText.h"
 #include "model/GooseGroup.h"
 #include "model/SvGroup.h"
 #include "presenter/StreamOrder.h"
@@ -146,7 +147,7 @@ const DiagnosticsPresenter::Entry* DiagnosticsPresenter::_picked() const {
 
 std::string DiagnosticsPresenter::_verdict(const Entry& entry) const {
     if (!entry.error.empty())
-        return "не проверен: " + entry.error;
+        return "не проверен: " + FailureText::reason(entry.error);
     if (!entry.health)
         return kChecking;
     const std::string remarks = TavHealth::remarksLabelled(*entry.health);
