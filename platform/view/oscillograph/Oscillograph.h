@@ -81,6 +81,7 @@ private:
     std::vector<std::pair<const Tav::Series*, std::vector<sigc::connection>>> watched_;
     TimeWindow window_;
     std::optional<std::pair<double, double>> valueZoom_;
+    std::optional<std::pair<double, double>> secondZoom_; // of the second value axis
     PlotLayout layout_;
     Cairo::RefPtr<Cairo::ImageSurface> measureSurface_;
     Cairo::RefPtr<Cairo::Context> measureContext_;
