@@ -13,6 +13,7 @@ packages=(
     fonts-dejavu-core                 # legible text in screenshots and help documents
     imagemagick                       # screenshots of the running window
     zlib1g-dev                        # gzip-compressed captures
+    libpugixml-dev                    # substation configuration (SCL) files
 )
 
 missing=()
