@@ -226,6 +226,34 @@ TEST(SclReader, GooseOfNestedStructuresUnderAPrefixWithExtensionsIgnored) {
     EXPECT_THAT(f.warnings[0], HasSubstr("relay.icd:20: PDIS9.Op [ST]"));
 }
 
+// Types that contain themselves, as a broken or hostile file may declare them,
+// end the expansion instead of the program.
+TEST(SclReader, TypesThatContainThemselvesEndTheExpansion) {
+    const SclFile f = readSclFile(writeText("loop.cid", R"(<SCL>
+  <IED name="L"><AccessPoint name="A"><Server><LDevice inst="D">
+    <LN0 lnClass="LLN0" inst="" lnType="N">
+      <DataSet name="S">
+        <FCDA lnClass="LLN0" doName="Loop" fc="ST"/>
+        <FCDA lnClass="LLN0" doName="Deep" fc="ST"/>
+      </DataSet>
+      <GSEControl name="g" datSet="S" appID="loops"/>
+    </LN0>
+  </LDevice></Server></AccessPoint></IED>
+  <DataTypeTemplates>
+    <LNodeType id="N" lnClass="LLN0"><DO name="Loop" type="O"/><DO name="Deep" type="P"/></LNodeType>
+    <DOType id="O"><SDO name="again" type="O"/><DA name="v" bType="BOOLEAN" fc="ST"/></DOType>
+    <DOType id="P"><DA name="s" bType="Struct" type="T" fc="ST"/></DOType>
+    <DAType id="T"><BDA name="b" bType="INT8"/><BDA name="self" bType="Struct" type="T"/></DAType>
+  </DataTypeTemplates>
+</SCL>)"));
+    ASSERT_EQ(f.controls.size(), 1u);
+    const auto& m = f.controls[0].dataSet->members;
+    ASSERT_EQ(m.size(), 2u);
+    EXPECT_EQ(m[0].leaves.back().name, "LLN0.Loop.v");
+    EXPECT_GT(m[1].leaves.size(), 1u);
+    EXPECT_LT(m[1].leaves.size(), 100u);
+}
+
 struct BadFile {
     const char* name;
     std::string text;
