@@ -7,16 +7,25 @@
 
 namespace TavNA {
 
-PackageListPresenter::PackageListPresenter(PackageListModel& model, CurrentLoad& load)
-    : model(model), load(load), view(std::make_unique<PackageListView>()),
+PackageListPresenter::PackageListPresenter(PackageListModel& model, CurrentLoad& load,
+                                           SclConfiguration* scl)
+    : model(model), load(load), scl(scl), view(std::make_unique<PackageListView>()),
       updateGuard(Tav::UpdateViewGuard::makeToken()) {
     updatedConnection =
         model.signalUpdated.connect(sigc::mem_fun(*this, &PackageListPresenter::_onModelUpdated));
+    // A load under way rebuilds the list when it ends; the tree is its
+    // worker's until then.
+    if (scl)
+        sclConnection = scl->signalChanged.connect([this] {
+            if (!this->load.isRunning())
+                _rebuild();
+        });
 }
 
 // The model may outlive the panel; the worker must not call into a dead one.
 PackageListPresenter::~PackageListPresenter() {
     updatedConnection.disconnect();
+    sclConnection.disconnect();
 }
 
 Tav::IView* PackageListPresenter::getView() {
@@ -52,7 +61,7 @@ void PackageListPresenter::_addStreams(Proto& proto,
     // The protocol keeps its groups in no useful order; the list shows them
     // in one a person can scan.
     for (auto* group : inListOrder(proto.getGroups().getItems())) {
-        presenters.push_back(std::make_unique<Presenter>(*group));
+        presenters.push_back(std::make_unique<Presenter>(*group, scl));
         Presenter& stream = *presenters.back();
         // A load that begins is about to free the tree the boxes point into.
         stream.setChannelsGuard([this] { return !load.isRunning(); });

@@ -20,7 +20,9 @@ namespace TavNA {
 // the update freed.
 class PackageListPresenter : public Tav::IPresenter {
 public:
-    PackageListPresenter(PackageListModel& model, CurrentLoad& load);
+    // The list is made again when `scl` changes, its channels named by it.
+    PackageListPresenter(PackageListModel& model, CurrentLoad& load,
+                         SclConfiguration* scl = nullptr);
     PackageListPresenter(const PackageListPresenter&) = delete;
     PackageListPresenter& operator=(const PackageListPresenter&) = delete;
     ~PackageListPresenter() override;
@@ -47,6 +49,7 @@ private:
 
     PackageListModel& model;
     CurrentLoad& load;
+    SclConfiguration* scl;
     std::unique_ptr<PackageListView> view;
     std::vector<std::unique_ptr<SvStreamPresenter>> svStreams;
     std::vector<std::unique_ptr<GooseStreamPresenter>> gooseStreams;
@@ -55,6 +58,7 @@ private:
     Tav::PointerConnectionsDispatcher gooseConnections;
     ISelectable* selectedItem = nullptr;
     sigc::connection updatedConnection;
+    sigc::connection sclConnection;
 };
 
 } // namespace TavNA

@@ -26,6 +26,7 @@ public:
 
 private:
     void _onMenuOpenFileClicked();
+    void _onMenuOpenSclClicked();
     void _onMenuAboutClicked();
 
     std::unique_ptr<TavNaMenuView> view;

@@ -99,8 +99,8 @@ void TavNaPresenter::_init() {
     view->addWidget(panelManager->getView());
     view->addFooter(statusbarPresenter->getView());
 
-    packageListPresenter =
-        std::make_unique<PackageListPresenter>(model.getPackageListModel(), model.getLoad());
+    packageListPresenter = std::make_unique<PackageListPresenter>(model.getPackageListModel(),
+                                                                  model.getLoad(), &model.getScl());
     recordDescriptionPresenter =
         std::make_unique<RecordDescriptionPresenter>(model.getPackageListModel(), model.getLoad());
     oscillographPresenter = std::make_unique<OscillographPresenter>(model);
