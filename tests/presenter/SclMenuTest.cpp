@@ -94,6 +94,10 @@ TEST_F(SclMenu, ChannelsAreNamedByTheConfigurationOpenedBesideTheCapture) {
     EXPECT_THAT(channelNames(list.getSvStreams()),
                 ElementsAre("TCTR1.Amp", "TCTR2.Amp", "TCTR3.Amp", "TCTR4.Amp", "TVTR1.Vol",
                             "TVTR2.Vol", "TVTR3.Vol", "TVTR4.Vol"));
+    // The curve's description: what the legend and COMTRADE channels are called.
+    EXPECT_EQ(
+        list.getSvStreams().at(0)->getModel().getChannels().getItems().at(4)->getDescription(),
+        "TVTR1.Vol | TavnaSV00");
     EXPECT_THAT(channelNames(list.getGooseStreams()),
                 ElementsAre("GGIO1.Ind1.stVal", "GGIO1.Ind2.stVal", "GGIO1.Ind3.stVal",
                             "GGIO1.Ind4.stVal"));
