@@ -9,12 +9,16 @@ namespace TavNA {
 
 namespace {
 
-std::vector<std::string> namesOf(const TavScl::SeenStream& stream,
-                                 const std::vector<TavScl::SclFile>& files) {
-    const auto report = TavScl::matchStreams({stream}, TavScl::allControls(files));
+std::optional<TavScl::MatchedStream> checkOf(const TavScl::SeenStream& stream,
+                                             const std::vector<TavScl::SclFile>& files) {
+    auto report = TavScl::matchStreams({stream}, TavScl::allControls(files));
     if (report.matched.empty())
-        return {};
-    return report.matched.front().control->channelNames();
+        return std::nullopt;
+    return std::move(report.matched.front());
+}
+
+std::vector<std::string> namesOf(const std::optional<TavScl::MatchedStream>& match) {
+    return match ? match->control->channelNames() : std::vector<std::string>();
 }
 
 } // namespace
@@ -30,13 +34,23 @@ void SclConfiguration::open(const std::string& path) {
     signalChanged.emit();
 }
 
+std::optional<TavScl::MatchedStream>
+SclConfiguration::check(const TavIec61850Parser::Sv& sv) const {
+    return checkOf(TavScl::seenStream(sv, std::nullopt), files_);
+}
+
+std::optional<TavScl::MatchedStream>
+SclConfiguration::check(const TavIec61850Parser::Goose& goose) const {
+    return checkOf(TavScl::seenStream(goose), files_);
+}
+
 std::vector<std::string> SclConfiguration::channelNames(const TavIec61850Parser::Sv& sv) const {
-    return namesOf(TavScl::seenStream(sv, std::nullopt), files_);
+    return namesOf(check(sv));
 }
 
 std::vector<std::string>
 SclConfiguration::channelNames(const TavIec61850Parser::Goose& goose) const {
-    return namesOf(TavScl::seenStream(goose), files_);
+    return namesOf(check(goose));
 }
 
 } // namespace TavNA

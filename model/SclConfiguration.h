@@ -2,6 +2,9 @@
 
 #include "platform/parser/StreamRecords.h"
 #include "scl/SclModel.h"
+#include "scl/StreamMatch.h"
+
+#include <optional>
 
 #include <sigc++/signal.h>
 #include <string>
@@ -25,6 +28,12 @@ public:
     // empty when no block of the configuration is the stream's.
     std::vector<std::string> channelNames(const TavIec61850Parser::Sv& sv) const;
     std::vector<std::string> channelNames(const TavIec61850Parser::Goose& goose) const;
+
+    // The stream's control block and what of it the stream contradicts;
+    // nothing when no block of the configuration is the stream's. Without
+    // the stream's sampling rate that field is not compared.
+    std::optional<TavScl::MatchedStream> check(const TavIec61850Parser::Sv& sv) const;
+    std::optional<TavScl::MatchedStream> check(const TavIec61850Parser::Goose& goose) const;
 
     // After every open.
     sigc::signal<void()> signalChanged;

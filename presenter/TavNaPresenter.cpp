@@ -101,8 +101,8 @@ void TavNaPresenter::_init() {
 
     packageListPresenter = std::make_unique<PackageListPresenter>(model.getPackageListModel(),
                                                                   model.getLoad(), &model.getScl());
-    recordDescriptionPresenter =
-        std::make_unique<RecordDescriptionPresenter>(model.getPackageListModel(), model.getLoad());
+    recordDescriptionPresenter = std::make_unique<RecordDescriptionPresenter>(
+        model.getPackageListModel(), model.getLoad(), &model.getScl());
     oscillographPresenter = std::make_unique<OscillographPresenter>(model);
     // Made before this presenter listens to rebuilds: it takes its look at the
     // database before the next queued file may start changing it.

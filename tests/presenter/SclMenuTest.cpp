@@ -3,11 +3,13 @@
 // configuration's data sets, and a broken file told with its line.
 #include "model/TavNaModel.h"
 #include "presenter/PackageListPresenter.h"
+#include "presenter/RecordDescriptionPresenter.h"
 #include "presenter/TavNaMenuPresenter.h"
 #include "presenter/TavNaPresenter.h"
 #include "tests/platform/view/DialogAnswer.h"
 #include "tests/support/GuiTest.h"
 #include "tests/support/TestCaptures.h"
+#include "view/SclDescView.h"
 #include "view/StreamChannelView.h"
 #include "view/StreamView.h"
 #include "view/TavNaMenuView.h"
@@ -114,6 +116,27 @@ TEST_F(SclMenu, ABrokenFileIsToldWithItsLineAndTheNamesStay) {
     EXPECT_THAT(messages[0], HasSubstr("Не удалось прочитать файл SCL."));
     EXPECT_THAT(messages[0], HasSubstr(broken + ":3: not well-formed XML"));
     EXPECT_EQ(channelNames(shell->getPackageListPresenter().getSvStreams()).at(0), "Ia");
+}
+
+// The description panel tells the picked stream's control block and each
+// field the stream contradicts, and marks a stream the configuration lacks.
+TEST_F(SclMenu, TheDescriptionTellsTheBlockAndWhatTheStreamContradicts) {
+    const std::string dir = TavTest::tempDir();
+    TavTest::runGenerator({dir + "/two.pcap", "--sv", "2", "--duration", "0.1"});
+    TavTest::runGenerator({dir + "/one.pcap", "--sv", "1", "--duration", "0.01", "--scl",
+                           dir + "/one.scd", "--scl-mismatch", "confRev"});
+    load(dir + "/two.pcap");
+    openScl(dir + "/one.scd");
+    const auto& streams = shell->getPackageListPresenter().getSvStreams();
+    auto& section = shell->getRecordDescriptionPresenter().getScl().getViewObj();
+    channelNames(streams);
+    EXPECT_EQ(section.getRowValue(SclDescView::ControlBlock), "TAVNA/LLN0$MS$MSVCB00 (TavnaMU)");
+    EXPECT_EQ(section.getRowValue(SclDescView::Mismatches), "confRev: в SCL 2, в захвате 1");
+
+    streams.at(1)->getViewObj()->nameButton().clicked();
+    TavTest::pumpPending();
+    EXPECT_EQ(section.getRowValue(SclDescView::ControlBlock), "не описан в SCL");
+    EXPECT_FALSE(section.isRowVisible(SclDescView::Mismatches));
 }
 
 } // namespace
