@@ -24,9 +24,12 @@ std::vector<std::string> namesOf(const std::optional<TavScl::MatchedStream>& mat
 } // namespace
 
 void SclConfiguration::open(const std::string& path) {
-    TavScl::SclFile file = TavScl::readSclFile(path);
+    add(TavScl::readSclFile(path));
+}
+
+void SclConfiguration::add(TavScl::SclFile file) {
     const auto same = std::find_if(files_.begin(), files_.end(),
-                                   [&](const TavScl::SclFile& f) { return f.path == path; });
+                                   [&](const TavScl::SclFile& f) { return f.path == file.path; });
     if (same != files_.end())
         *same = std::move(file);
     else

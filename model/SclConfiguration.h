@@ -20,6 +20,8 @@ public:
     // TavScl::SclError naming the file and the line when it cannot be read;
     // what was open stays.
     void open(const std::string& path);
+    // A file read elsewhere; it replaces one of the same path.
+    void add(TavScl::SclFile file);
     // Forgets every file without telling: a mode switch rebuilds the lists anyway.
     void clear() { files_.clear(); }
     const std::vector<TavScl::SclFile>& files() const { return files_; }

@@ -3,23 +3,22 @@
 #include "model/TavNaModel.h"
 #include "platform/common/Language.h"
 #include "platform/view/AboutWindowActivatorPresenter.h"
-#include "platform/view/DialogPresenter.h"
 #include "platform/view/FileDialogPresenter.h"
 #include "presenter/ComtradeExportPresenter.h"
-#include "scl/SclError.h"
+#include "presenter/SclOpenPresenter.h"
 #include "view/TavNaMenuView.h"
 
 namespace TavNA {
 
 TavNaMenuPresenter::TavNaMenuPresenter(TavNaModel& model)
     : view(std::make_unique<TavNaMenuView>()), model(model),
-      exporter(std::make_unique<ComtradeExportPresenter>(model, view.get())) {
+      exporter(std::make_unique<ComtradeExportPresenter>(model, view.get())),
+      sclOpener(std::make_unique<SclOpenPresenter>(model, view.get())) {
     view->setHelpPath(helpPath());
     view->signalOpenFileClicked.connect(
         sigc::mem_fun(*this, &TavNaMenuPresenter::_onMenuOpenFileClicked));
     view->signalExportClicked.connect([this] { exporter->start(); });
-    view->signalOpenSclClicked.connect(
-        sigc::mem_fun(*this, &TavNaMenuPresenter::_onMenuOpenSclClicked));
+    view->signalOpenSclClicked.connect([this] { sclOpener->start(); });
     view->signalAboutClicked.connect(
         sigc::mem_fun(*this, &TavNaMenuPresenter::_onMenuAboutClicked));
 }
@@ -47,20 +46,6 @@ void TavNaMenuPresenter::_onMenuOpenFileClicked() {
         view.get(), "открыть PCAP файл", {{"pcap file (*.pcap)", "*.pcap"}}, false);
     if (!path.empty())
         model.parseFile(path);
-}
-
-void TavNaMenuPresenter::_onMenuOpenSclClicked() {
-    const std::string path = Tav::FileDialogPresenter::show(
-        view.get(), "Открыть SCL", {{"SCL (*.scd *.icd *.cid *.xml)", "*.scd *.icd *.cid *.xml"}},
-        false);
-    if (path.empty())
-        return;
-    try {
-        model.getScl().open(path);
-    } catch (const TavScl::SclError& e) {
-        Tav::DialogPresenter::show(view.get(), "Не удалось прочитать файл SCL.", e.what(),
-                                   static_cast<Tav::DialogResult>(16));
-    }
 }
 
 void TavNaMenuPresenter::_onMenuAboutClicked() {

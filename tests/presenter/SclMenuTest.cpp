@@ -61,7 +61,15 @@ protected:
                 }
                 return Gtk::RESPONSE_ACCEPT;
             });
+        const std::size_t told = messages.size();
+        const std::size_t open = shell->getModel().getScl().files().size();
         menu.openSclItem().activate();
+        // The file is read on a worker; it ends in the configuration or a message.
+        ASSERT_TRUE(TavTest::pumpUntil(
+            [&] {
+                return messages.size() > told || shell->getModel().getScl().files().size() > open;
+            },
+            60s));
         TavTest::pumpPending();
     }
 
