@@ -56,4 +56,15 @@ SclConfiguration::channelNames(const TavIec61850Parser::Goose& goose) const {
     return namesOf(check(goose));
 }
 
+std::vector<const TavScl::ControlBlock*>
+SclConfiguration::missing(const std::vector<const TavIec61850Parser::Sv*>& svs,
+                          const std::vector<const TavIec61850Parser::Goose*>& gooses) const {
+    std::vector<TavScl::SeenStream> seen;
+    for (const auto* sv : svs)
+        seen.push_back(TavScl::seenStream(*sv, std::nullopt));
+    for (const auto* goose : gooses)
+        seen.push_back(TavScl::seenStream(*goose));
+    return TavScl::matchStreams(seen, TavScl::allControls(files_)).missing;
+}
+
 } // namespace TavNA

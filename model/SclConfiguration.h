@@ -37,6 +37,12 @@ public:
     std::optional<TavScl::MatchedStream> check(const TavIec61850Parser::Sv& sv) const;
     std::optional<TavScl::MatchedStream> check(const TavIec61850Parser::Goose& goose) const;
 
+    // The configured control blocks none of the streams is of. Valid until
+    // the next add or open.
+    std::vector<const TavScl::ControlBlock*>
+    missing(const std::vector<const TavIec61850Parser::Sv*>& svs,
+            const std::vector<const TavIec61850Parser::Goose*>& gooses) const;
+
     // After every open.
     sigc::signal<void()> signalChanged;
 

@@ -7,6 +7,18 @@
 
 namespace TavNA {
 
+namespace {
+
+// Every stream record of the protocol's groups.
+template <typename Proto> auto recordsOf(Proto& proto) {
+    std::vector<const typename Proto::Group::Record*> records;
+    for (const auto& group : proto.getGroups().getItems())
+        records.insert(records.end(), group->getRecords().begin(), group->getRecords().end());
+    return records;
+}
+
+} // namespace
+
 PackageListPresenter::PackageListPresenter(PackageListModel& model, CurrentLoad& load,
                                            SclConfiguration* scl)
     : model(model), load(load), scl(scl), view(std::make_unique<PackageListView>()),
@@ -51,6 +63,18 @@ void PackageListPresenter::_rebuild() {
         _addStreams(model.getGooseProto(), gooseStreams, gooseConnections,
                     &IPackageListView::addGooseStream);
     }
+    _showAbsent();
+}
+
+void PackageListPresenter::_showAbsent() {
+    if (scl == nullptr || scl->files().empty())
+        return;
+    std::vector<std::string> lines;
+    for (const auto* c :
+         scl->missing(recordsOf(model.getSvProto()), recordsOf(model.getGooseProto())))
+        lines.push_back(std::string(TavScl::kindName(c->kind)) + " " + c->reference + " (" +
+                        c->ied + ")");
+    view->setAbsent(lines);
 }
 
 template <typename Presenter, typename Proto>

@@ -40,6 +40,7 @@ private:
     void _onModelUpdated();
     void _rebuild();
     void _retireEntries();
+    void _showAbsent();
     void _onSelected(ISelectable* item, const IGroup* group);
     void _stopFillingChannels();
     template <typename Presenter, typename Proto>

@@ -104,7 +104,8 @@ StreamPresenter<Traits>::StreamPresenter(Group& group, const SclConfiguration* s
     : group(group), scl(scl), view(std::make_unique<View>()) {
     const auto& record = *group.getRecords().back();
     const auto count = static_cast<std::int32_t>(packageCount(record));
-    view->setName(Traits::caption(record, count));
+    const bool unknown = scl && !scl->files().empty() && !scl->check(record);
+    view->setName(Traits::caption(record, count) + (unknown ? " | нет в SCL" : ""));
     view->setNameTooltip(Traits::tooltip(record, count));
     view->addView(channels.getView());
     view->signalSelected.connect(sigc::mem_fun(*this, &StreamPresenter::_onSelected));

@@ -9,6 +9,7 @@
 #include "tests/platform/view/DialogAnswer.h"
 #include "tests/support/GuiTest.h"
 #include "tests/support/TestCaptures.h"
+#include "view/PackageListView.h"
 #include "view/SclDescView.h"
 #include "view/StreamChannelView.h"
 #include "view/StreamView.h"
@@ -126,16 +127,25 @@ TEST_F(SclMenu, ABrokenFileIsToldWithItsLineAndTheNamesStay) {
     EXPECT_EQ(channelNames(shell->getPackageListPresenter().getSvStreams()).at(0), "Ia");
 }
 
-// The description panel tells the picked stream's control block and each
-// field the stream contradicts, and marks a stream the configuration lacks.
-TEST_F(SclMenu, TheDescriptionTellsTheBlockAndWhatTheStreamContradicts) {
+// The list marks the stream the configuration lacks and lists the block the
+// capture lacks; the description panel tells the picked stream's control
+// block and each field the stream contradicts.
+TEST_F(SclMenu, AbsentUnknownAndContradictingStreamsAreTold) {
     const std::string dir = TavTest::tempDir();
     TavTest::runGenerator({dir + "/two.pcap", "--sv", "2", "--duration", "0.1"});
-    TavTest::runGenerator({dir + "/one.pcap", "--sv", "1", "--duration", "0.01", "--scl",
-                           dir + "/one.scd", "--scl-mismatch", "confRev"});
+    TavTest::runGenerator({dir + "/one.pcap", "--sv", "1", "--goose", "1", "--duration", "0.01",
+                           "--scl", dir + "/one.scd", "--scl-mismatch", "confRev"});
     load(dir + "/two.pcap");
+    auto& list = shell->getPackageListPresenter();
+    EXPECT_TRUE(list.getViewObj().absentLines().empty());
     openScl(dir + "/one.scd");
-    const auto& streams = shell->getPackageListPresenter().getSvStreams();
+    const auto& streams = list.getSvStreams();
+    EXPECT_THAT(list.getViewObj().absentLines(),
+                ElementsAre("GOOSE TAVNA00LD0/LLN0$GO$gcb1 (TavnaGO00)"));
+    EXPECT_THAT(streams.at(0)->getViewObj()->nameButton().get_label(),
+                ::testing::Not(HasSubstr("нет в SCL")));
+    EXPECT_THAT(streams.at(1)->getViewObj()->nameButton().get_label(), HasSubstr(" | нет в SCL"));
+
     auto& section = shell->getRecordDescriptionPresenter().getScl().getViewObj();
     channelNames(streams);
     EXPECT_EQ(section.getRowValue(SclDescView::ControlBlock), "TAVNA/LLN0$MS$MSVCB00 (TavnaMU)");
