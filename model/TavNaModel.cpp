@@ -92,6 +92,7 @@ void TavNaModel::_init() {
     clocks->stop();
     db = TavIec61850Parser::Db();
     clocks = std::make_shared<TavStream::StreamClocks>();
+    scl.clear();
     fileManager = std::make_unique<FileManagerModel>();
     if (fileRemovedConnection.connected())
         fileRemovedConnection.disconnect();

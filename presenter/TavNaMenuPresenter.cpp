@@ -5,17 +5,20 @@
 #include "platform/view/AboutWindowActivatorPresenter.h"
 #include "platform/view/FileDialogPresenter.h"
 #include "presenter/ComtradeExportPresenter.h"
+#include "presenter/SclOpenPresenter.h"
 #include "view/TavNaMenuView.h"
 
 namespace TavNA {
 
 TavNaMenuPresenter::TavNaMenuPresenter(TavNaModel& model)
     : view(std::make_unique<TavNaMenuView>()), model(model),
-      exporter(std::make_unique<ComtradeExportPresenter>(model, view.get())) {
+      exporter(std::make_unique<ComtradeExportPresenter>(model, view.get())),
+      sclOpener(std::make_unique<SclOpenPresenter>(model, view.get())) {
     view->setHelpPath(helpPath());
     view->signalOpenFileClicked.connect(
         sigc::mem_fun(*this, &TavNaMenuPresenter::_onMenuOpenFileClicked));
     view->signalExportClicked.connect([this] { exporter->start(); });
+    view->signalOpenSclClicked.connect([this] { sclOpener->start(); });
     view->signalAboutClicked.connect(
         sigc::mem_fun(*this, &TavNaMenuPresenter::_onMenuAboutClicked));
 }

@@ -10,6 +10,7 @@ class TavNaModel;
 class TavNaMenuView;
 class OscillographPresenter;
 class ComtradeExportPresenter;
+class SclOpenPresenter;
 
 class TavNaMenuPresenter : public Tav::IPresenter {
 public:
@@ -20,6 +21,7 @@ public:
     // The oscillograph whose ticked channels "Экспорт в COMTRADE…" exports.
     void setOscillograph(OscillographPresenter* presenter);
     ComtradeExportPresenter& getExportPresenter() { return *exporter; }
+    SclOpenPresenter& getSclOpener() { return *sclOpener; }
 
     // "Help/<language tag>/<document>.pdf", relative to the working folder.
     static std::string helpPath();
@@ -31,6 +33,7 @@ private:
     std::unique_ptr<TavNaMenuView> view;
     TavNaModel& model;
     std::unique_ptr<ComtradeExportPresenter> exporter;
+    std::unique_ptr<SclOpenPresenter> sclOpener;
 };
 
 } // namespace TavNA

@@ -14,6 +14,7 @@ packages=(
     imagemagick                       # screenshots of the running window
     zlib1g-dev                        # gzip-compressed captures
     libfftw3-dev                      # the measurements' spectra
+    libpugixml-dev                    # substation configuration (SCL) files
 )
 
 missing=()

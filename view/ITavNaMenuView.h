@@ -7,12 +7,14 @@
 
 namespace TavNA {
 
-// The menu bar: opening a capture, exporting channels, the help document
+// The menu bar: opening a capture or the substation's configuration,
+// exporting channels, the help document
 // and the about box.
 class ITavNaMenuView : public Tav::IView {
 public:
     sigc::signal<void()> signalOpenFileClicked;
     sigc::signal<void()> signalExportClicked;
+    sigc::signal<void()> signalOpenSclClicked;
     sigc::signal<void()> signalAboutClicked;
 
     // The document the help item opens, relative to the working folder.

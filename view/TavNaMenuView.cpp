@@ -18,6 +18,7 @@ void TavNaMenuView::_initializeView() {
     get_style_context()->add_class("menubar");
 
     fileMenu.append(openFile);
+    fileMenu.append(openScl);
     fileMenu.append(exportComtrade);
     fileTop.set_submenu(fileMenu);
     append(fileTop);
@@ -30,6 +31,7 @@ void TavNaMenuView::_initializeView() {
     openFile.signal_activate().connect(
         sigc::mem_fun(*this, &TavNaMenuView::_onMenuOpenFileClicked));
     exportComtrade.signal_activate().connect([this] { signalExportClicked.emit(); });
+    openScl.signal_activate().connect([this] { signalOpenSclClicked.emit(); });
     about.signal_activate().connect(sigc::mem_fun(*this, &TavNaMenuView::_onMenuAboutClicked));
     helpDocument.signal_activate().connect(
         sigc::mem_fun(*this, &TavNaMenuView::_onMenuHelpClicked));
