@@ -100,11 +100,23 @@ void MeasurementPresenter::_schedule() {
     });
 }
 
+// The stream's channels, named by the configuration's data set where an SCL
+// file describes the stream, as the stream list names them.
+std::vector<ChannelSpec>
+MeasurementPresenter::_channels(const TavIec61850Parser::Sv& stream) const {
+    auto channels = measureChannels(stream);
+    const auto configured = model.getScl().channelNames(stream);
+    for (auto& spec : channels)
+        if (spec.index < configured.size() && !configured[spec.index].empty())
+            spec.name = configured[spec.index];
+    return channels;
+}
+
 std::vector<MeasurementPresenter::Target> MeasurementPresenter::_targets() const {
     std::vector<Target> targets;
     if (picked != nullptr && !picked->getSvs().empty()) {
         const auto* stream = picked->getSvs().front();
-        targets.push_back({stream, measureChannels(*stream)});
+        targets.push_back({stream, _channels(*stream)});
     }
     for (const auto& [channel, group] : scope.getSvSelection()) {
         if (group == picked || group->getSvs().empty())
@@ -114,7 +126,7 @@ std::vector<MeasurementPresenter::Target> MeasurementPresenter::_targets() const
                                   [&](const Target& t) { return t.stream == stream; });
         if (found == targets.end())
             found = targets.insert(targets.end(), Target{stream, {}});
-        for (const auto& spec : measureChannels(*stream))
+        for (const auto& spec : _channels(*stream))
             if (spec.index == channel->getIndex())
                 found->channels.push_back(spec);
     }

@@ -2,6 +2,7 @@
 // person would, the stream list made again with channels named by the
 // configuration's data sets, and a broken file told with its line.
 #include "model/TavNaModel.h"
+#include "presenter/MeasurementPresenter.h"
 #include "presenter/PackageListPresenter.h"
 #include "presenter/RecordDescriptionPresenter.h"
 #include "presenter/TavNaMenuPresenter.h"
@@ -112,6 +113,14 @@ TEST_F(SclMenu, ChannelsAreNamedByTheConfigurationOpenedBesideTheCapture) {
     EXPECT_THAT(channelNames(list.getGooseStreams()),
                 ElementsAre("GGIO1.Ind1.stVal", "GGIO1.Ind2.stVal", "GGIO1.Ind3.stVal",
                             "GGIO1.Ind4.stVal"));
+
+    // The measurements name the picked stream's channels the same way.
+    auto& packages = shell->getModel().getPackageListModel();
+    packages.select(packages.getSvProto().getGroups().getItems().at(0).get());
+    const auto& table = shell->getMeasurementPresenter().getViewObj().channelTable();
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return table.rows().size() == 8; }));
+    EXPECT_EQ(table.rows().at(0).at(0), "TCTR1.Amp");
+    EXPECT_EQ(table.rows().at(4).at(0), "TVTR1.Vol");
 }
 
 TEST_F(SclMenu, ABrokenFileIsToldWithItsLineAndTheNamesStay) {
