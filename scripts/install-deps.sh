@@ -15,6 +15,7 @@ packages=(
     zlib1g-dev                        # gzip-compressed captures
     libfftw3-dev                      # the measurements' spectra
     libpugixml-dev                    # substation configuration (SCL) files
+    dpkg-dev desktop-file-utils       # `make package`: library dependencies, the desktop entry's check
 )
 
 missing=()
