@@ -133,7 +133,8 @@ std::vector<MeasurementPresenter::Target> MeasurementPresenter::_targets() const
     return targets;
 }
 
-// The visible window; shorter than a cycle, the cycles about its middle.
+// The visible window; shorter than a cycle, the cycles about the cursor (or
+// the window's middle when the pointer is elsewhere).
 std::pair<std::int64_t, std::int64_t> MeasurementPresenter::_window() const {
     double from = 0, to = 0;
     scope.getViewObj().getSeriesRange(from, to);
@@ -142,7 +143,11 @@ std::pair<std::int64_t, std::int64_t> MeasurementPresenter::_window() const {
     auto toNs = static_cast<std::int64_t>(std::llround((start + to) * 1e9));
     constexpr std::int64_t cycleNs = kSecondNs / 45; // the longest cycle measured
     if (toNs - fromNs < cycleNs) {
-        const std::int64_t middle = fromNs + (toNs - fromNs) / 2;
+        const auto cursor = scope.getViewObj().cursorTime();
+        const std::int64_t middle =
+            cursor && *cursor >= from && *cursor <= to
+                ? static_cast<std::int64_t>(std::llround((start + *cursor) * 1e9))
+                : fromNs + (toNs - fromNs) / 2;
         fromNs = middle - cycleNs;
         toNs = middle + cycleNs;
     }

@@ -313,6 +313,12 @@ bool Oscillograph::_onDraw(const Cairo::RefPtr<Cairo::Context>& cr) {
     return true;
 }
 
+std::optional<double> Oscillograph::cursorTime() const {
+    if (!cursorX_)
+        return std::nullopt;
+    return layout_.mapper.xToTime(*cursorX_);
+}
+
 void Oscillograph::moveCursor(std::optional<double> x) {
     if (x == cursorX_)
         return;

@@ -41,6 +41,8 @@ public:
 
     // Home and double click: the whole duration, values fitted again.
     void showWholeDuration();
+    // The time under the pointer's cursor line, while there is one.
+    std::optional<double> cursorTime() const;
 
     // For tests: the parts of the widget and the current geometry.
     Gtk::DrawingArea& plotArea() { return area_; }
