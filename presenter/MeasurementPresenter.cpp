@@ -177,8 +177,12 @@ std::optional<ChannelRef> MeasurementPresenter::_reference(const std::vector<Tar
 void MeasurementPresenter::_measure() {
     _stop();
     const auto targets = _targets();
-    if (targets.empty() || targets.front().channels.empty()) {
+    if (targets.empty()) {
         _showNothing("Выберите поток SV или отметьте его каналы");
+        return;
+    }
+    if (targets.front().channels.empty()) {
+        _showNothing("У потока нет значений для измерения");
         return;
     }
     const auto [fromNs, toNs] = _window();
