@@ -4,7 +4,7 @@ JOBS ?= $(shell nproc)
 BUILD ?= build
 CMAKE_FLAGS ?=
 
-.PHONY: all deps build run test test-main test-asan test-tsan test-fuzz bench screenshots format clean
+.PHONY: all deps build run test test-main test-asan test-tsan test-fuzz bench screenshots install package format clean
 
 all: build
 
@@ -29,6 +29,15 @@ test-main test-asan test-tsan test-fuzz: deps
 
 bench: build
 	@bash scripts/bench.sh $(BUILD)
+
+# PREFIX=/usr/local unless given; DESTDIR for a staged install.
+PREFIX ?= /usr/local
+install: build
+	@cmake --install $(BUILD) --prefix $(PREFIX)
+
+# A .deb of the installed tree in $(BUILD), its dependencies declared.
+package: build
+	@cd $(BUILD) && cpack -G DEB
 
 screenshots: build
 	@bash scripts/screenshots.sh $(BUILD)

@@ -11,6 +11,13 @@ void EventLog::add(const Timest& time, const std::string& kind, std::string text
     ++total_;
 }
 
+void EventLog::addFlagChange(const Timest& time, const std::string& kind, std::optional<bool>& last,
+                             bool now, const char* set, const char* cleared) {
+    if (last && *last != now)
+        add(time, kind, now ? set : cleared);
+    last = now;
+}
+
 void EventLog::moveInto(StreamHealth& health) {
     std::vector<Numbered> all;
     for (auto& [kind, kept] : byKind_)

@@ -3,6 +3,7 @@
 #include "health/StreamHealth.h"
 
 #include <map>
+#include <optional>
 
 namespace TavHealth {
 
@@ -12,6 +13,11 @@ namespace TavHealth {
 class EventLog {
 public:
     void add(const Timest& time, const std::string& kind, std::string text);
+    // A flag set or cleared since the stream's frame before. The first frame
+    // only gives the starting state: a stream simulated throughout has no
+    // moment at which it became so.
+    void addFlagChange(const Timest& time, const std::string& kind, std::optional<bool>& last,
+                       bool now, const char* set, const char* cleared);
     // The kept events in time order (stable), at most kMaxEvents, and the total.
     void moveInto(StreamHealth& health);
 

@@ -25,18 +25,12 @@ GooseChecks::Frame GooseChecks::decode(const EthernetFrame& eth) const {
 }
 
 void GooseChecks::use(const Timest& time, const Frame& frame, StreamHealth& health) {
-    if (frame.simulated) {
-        ++health.simulatedFrames;
-        if (!lastSimulated_)
-            log_.add(time, "simulated_frames", "simulation установлен");
-    } else if (lastSimulated_) {
-        log_.add(time, "simulated_frames", "simulation снят");
-    }
-    lastSimulated_ = frame.simulated;
+    health.simulatedFrames += frame.simulated;
+    log_.addFlagChange(time, "simulated_frames", lastSimulated_, frame.simulated,
+                       "simulation установлен", "simulation снят");
     goose_.ndscomFrames += frame.ndsCom;
-    if (frame.ndsCom != lastNdsCom_)
-        log_.add(time, "ndscom_frames", frame.ndsCom ? "ndsCom установлен" : "ndsCom снят");
-    lastNdsCom_ = frame.ndsCom;
+    log_.addFlagChange(time, "ndscom_frames", lastNdsCom_, frame.ndsCom, "ndsCom установлен",
+                       "ndsCom снят");
     if (std::find(goose_.confRevs.begin(), goose_.confRevs.end(), frame.confRev) ==
         goose_.confRevs.end())
         goose_.confRevs.push_back(frame.confRev);

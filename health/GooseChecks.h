@@ -40,8 +40,8 @@ private:
     GooseHealth goose_;
     std::optional<Frame> previous_;
     Timest previousTime_;
-    bool lastSimulated_ = false;
-    bool lastNdsCom_ = false;
+    std::optional<bool> lastSimulated_;
+    std::optional<bool> lastNdsCom_;
     bool following_ = false; // a retransmission whose intervals are being kept
 };
 

@@ -1,5 +1,7 @@
 #include "health/HealthCounts.h"
 
+#include <map>
+
 namespace TavHealth {
 
 std::vector<NamedCount> healthCounts(const StreamHealth& h) {
@@ -42,16 +44,47 @@ std::vector<NamedCount> healthCounts(const StreamHealth& h) {
     return c;
 }
 
+std::string labelOf(std::string_view key) {
+    static const std::map<std::string_view, const char*> labels{
+        {"frames", "кадры"},
+        {"lan_duplicates", "копии из другой сети"},
+        {"lan_unpaired", "кадры без копии из другой сети"},
+        {"unreadable_frames", "нечитаемые кадры"},
+        {"smpcnt_duplicates", "повторы smpCnt"},
+        {"smpcnt_discontinuities", "разрывы smpCnt"},
+        {"missing_samples", "пропущенные выборки"},
+        {"smpsynch_changes", "смены smpSynch"},
+        {"smpsynch", "смена smpSynch"},
+        {"simulated_frames", "кадры имитации"},
+        {"invalid_samples", "недостоверные выборки"},
+        {"questionable_samples", "сомнительные выборки"},
+        {"test_samples", "выборки в режиме испытаний"},
+        {"derived_samples", "расчётные выборки"},
+        {"operator_blocked_samples", "выборки, блокированные оператором"},
+        {"quality", "качество"},
+        {"late_frames", "опоздавшие кадры"},
+        {"state_changes", "смены состояния"},
+        {"stnum_regressions", "возвраты stNum"},
+        {"sqnum_gaps", "пропуски sqNum"},
+        {"sqnum_repeats", "повторы sqNum"},
+        {"sqnum_not_reset", "sqNum не сброшен"},
+        {"tal_expiries", "истечения timeAllowedtoLive"},
+        {"ndscom_frames", "кадры с ndsCom"}};
+    const auto found = labels.find(key);
+    return found == labels.end() ? std::string(key) : found->second;
+}
+
 namespace {
 
-std::string countsText(const StreamHealth& health, bool remarks) {
+std::string countsText(const StreamHealth& health, bool remarks, const char* separator,
+                       bool labelled) {
     std::string text;
     for (const auto& c : healthCounts(health)) {
         if (c.remark != remarks || c.value == 0)
             continue;
         if (!text.empty())
             text += ", ";
-        text += std::string(c.name) + ' ' + std::to_string(c.value);
+        text += (labelled ? labelOf(c.name) : c.name) + separator + std::to_string(c.value);
     }
     return text;
 }
@@ -59,11 +92,15 @@ std::string countsText(const StreamHealth& health, bool remarks) {
 } // namespace
 
 std::string remarksText(const StreamHealth& health) {
-    return countsText(health, true);
+    return countsText(health, true, " ", false);
 }
 
 std::string notesText(const StreamHealth& health) {
-    return countsText(health, false);
+    return countsText(health, false, " ", false);
+}
+
+std::string remarksLabelled(const StreamHealth& health) {
+    return countsText(health, true, ": ", true);
 }
 
 } // namespace TavHealth

@@ -1,6 +1,7 @@
 #include "health/HealthWorker.h"
 
 #include "health/StreamChecks.h"
+#include "platform/parser/ParseError.h"
 
 #include <sys/resource.h>
 #include <sys/syscall.h>
@@ -23,6 +24,9 @@ void HealthWorker::start(std::vector<HealthTarget> targets, Deliver deliver) {
                     t.sv && t.clocks ? &t.clocks->of(*t.sv) : nullptr;
                 health = std::make_shared<StreamHealth>(t.sv ? checkStream(*t.sv, clock, &cancel_)
                                                              : checkStream(*t.goose, &cancel_));
+            } catch (const TavIec61850Parser::ParseError& e) {
+                // The stream's name goes with the delivery; the path would only repeat it.
+                error = e.reason();
             } catch (const std::exception& e) {
                 error = e.what();
             }

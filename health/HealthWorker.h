@@ -26,7 +26,8 @@ struct HealthTarget {
 class HealthWorker {
 public:
     // Called on the worker thread after each stream: its place in the list
-    // given to start, and what was found, or why the frames could not be read.
+    // given to start, and what was found, or why the frames could not be read
+    // (a file's failure by its reason alone, as the parser words it).
     using Deliver = std::function<void(std::size_t, std::shared_ptr<const StreamHealth>,
                                        const std::string& error)>;
 

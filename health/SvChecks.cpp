@@ -43,14 +43,9 @@ std::uint64_t SvChecks::key(const Frame& frame) const {
 }
 
 void SvChecks::use(const Timest& time, const Frame& frame, StreamHealth& health) {
-    if (frame.simulated) {
-        ++health.simulatedFrames;
-        if (!lastSimulated_)
-            log_.add(time, "simulated_frames", "бит S установлен");
-    } else if (lastSimulated_) {
-        log_.add(time, "simulated_frames", "бит S снят");
-    }
-    lastSimulated_ = frame.simulated;
+    health.simulatedFrames += frame.simulated;
+    log_.addFlagChange(time, "simulated_frames", lastSimulated_, frame.simulated,
+                       "бит S установлен", "бит S снят");
     frameTimes_.push_back(time);
     std::vector<const ASDUData*> mine;
     for (const auto& a : *frame.asdus) {
@@ -86,10 +81,13 @@ void SvChecks::useAsdu(const Timest& time, const ASDUData& asdu) {
     checkQuality(time, asdu.values);
 }
 
+// A channel's first quality is its starting state, not a change from zero.
 void SvChecks::checkQuality(const Timest& time, const std::vector<SvValue>& values) {
+    const std::size_t seen = lastQuality_.size();
     if (sv_.quality.size() < values.size()) {
         sv_.quality.resize(values.size());
-        lastQuality_.resize(values.size(), 0);
+        for (std::size_t c = seen; c < values.size(); ++c)
+            lastQuality_.push_back(values[c].quality);
     }
     for (std::size_t c = 0; c < values.size(); ++c) {
         const std::uint32_t q = values[c].quality;

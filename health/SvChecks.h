@@ -45,8 +45,8 @@ private:
     std::uint64_t lastFrameAsdus_ = 0;
     std::optional<std::uint8_t> synch_;
     std::optional<std::uint16_t> smpRate_;
-    std::vector<std::uint32_t> lastQuality_;
-    bool lastSimulated_ = false;
+    std::vector<std::uint32_t> lastQuality_; // of the channels seen so far
+    std::optional<bool> lastSimulated_;
 };
 
 } // namespace TavHealth

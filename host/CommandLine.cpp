@@ -20,7 +20,11 @@ std::string defaultModulePath(const char* argv0) {
     fs::path exe = fs::read_symlink("/proc/self/exe", ec);
     if (ec || exe.empty())
         exe = fs::absolute(argv0 != nullptr ? argv0 : "tavna", ec);
-    return (exe.parent_path() / "modules" / "libtavna-network-analyzer.so").string();
+    const char* const name = "libtavna-network-analyzer.so";
+    // Beside the executable in the build; under lib/tavna once installed.
+    const fs::path beside = exe.parent_path() / "modules" / name;
+    const fs::path installed = exe.parent_path().parent_path() / "lib" / "tavna" / "modules" / name;
+    return (fs::exists(beside, ec) || !fs::exists(installed, ec) ? beside : installed).string();
 }
 
 CommandLine CommandLine::parse(int argc, char** argv) {

@@ -1,5 +1,7 @@
 #include "host/HostApplication.h"
 
+#include "platform/common/DataFiles.h"
+
 #include "host/ModuleLoader.h"
 #include "platform/common/Log.h"
 #include "platform/view/DialogPresenter.h"
@@ -88,7 +90,7 @@ bool HostApplication::openModule(const std::string& path) {
         return false;
     }
     const std::string title = descriptor ? descriptor->title() : path;
-    const std::string icon = descriptor ? descriptor->iconPath() : "";
+    const std::string icon = descriptor ? Tav::dataFile(descriptor->iconPath()) : "";
     useIconAsDefault(icon);
 
     OpenModule& module = modules_.emplace_back();

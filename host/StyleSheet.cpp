@@ -1,5 +1,6 @@
 #include "host/StyleSheet.h"
 
+#include "platform/common/DataFiles.h"
 #include "platform/common/Log.h"
 
 #include <filesystem>
@@ -10,17 +11,10 @@
 
 namespace TavHost {
 
-std::string loadStyleSheet(const char* argv0) {
+std::string loadStyleSheet() {
     namespace fs = std::filesystem;
-    const char* const name = "tavna.css";
     std::error_code ec;
-    fs::path path = fs::current_path(ec) / name;
-    if (ec || !fs::is_regular_file(path, ec)) {
-        fs::path exe = fs::read_symlink("/proc/self/exe", ec);
-        if (ec || exe.empty())
-            exe = fs::absolute(argv0 != nullptr ? argv0 : "tavna", ec);
-        path = exe.parent_path() / name;
-    }
+    const fs::path path = Tav::dataFile("tavna.css");
     if (!fs::is_regular_file(path, ec))
         return {};
     auto provider = Gtk::CssProvider::create();

@@ -20,7 +20,7 @@ int main(int argc, char** argv) {
     // Our own options are read; GTK sees the arguments only for its display options.
     int gtkArgc = 1;
     Gtk::Main kit(gtkArgc, argv);
-    TavHost::loadStyleSheet(argv[0]);
+    TavHost::loadStyleSheet();
     TavHost::HostApplication application(std::move(commandLine));
     return application.run();
 }

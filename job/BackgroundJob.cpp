@@ -10,6 +10,7 @@ void BackgroundJob::stop() {
     current_->store(0);
     if (thread_.joinable())
         thread_.join();
+    busy_.store(false);
 }
 
 void BackgroundJob::lowerPriority() {

@@ -10,8 +10,6 @@ namespace TavMeasure {
 
 namespace {
 
-// Frames reach a capture well within this of their samples' instants.
-constexpr std::int64_t kTransferMarginNs = 50'000'000;
 constexpr std::size_t kCancelEvery = 4096;
 
 TavIec61850Parser::Timest timestOf(std::int64_t ns) {
@@ -47,8 +45,8 @@ SampleWindow readSampleWindow(const TavIec61850Parser::Sv& stream,
                               std::int64_t toNs, const std::atomic<bool>* cancel) {
     SampleWindow window;
     window.values.resize(channels.size());
-    const auto frames =
-        TavStream::framesInWindow(stream, timestOf(fromNs), timestOf(toNs + kTransferMarginNs));
+    const auto frames = TavStream::framesInWindow(stream, timestOf(fromNs),
+                                                  timestOf(toNs + TavStream::kTransferMarginNs));
     TavStream::SvSampleReader reader(clock, stream.svId);
     bool ordered = true;
     for (std::size_t begin = 0; begin < frames.frames.size(); begin += kCancelEvery) {

@@ -7,15 +7,19 @@ namespace TavNA {
 template class BasicChannel<SvChannel, SvChannelTraits>;
 
 void SvChannelTraits::applySourceType(SourceType type, Tav::Series& serie) {
-    // The ratio is the value of one raw unit: 1 mA for currents, 10 mV for voltages.
+    // The ratio is the value of one raw unit: 1 mA for currents, 10 mV for
+    // voltages. Each unit gets a value axis of its own, so neither is
+    // stretched to be seen beside the other.
     switch (type) {
     case SourceType::Current:
-        serie.gain = 2.0f;
+        serie.gain = 1.0f;
         serie.transformRatio = 0.001f;
+        serie.unit = "А";
         break;
     case SourceType::Voltage:
         serie.gain = 1.0f;
         serie.transformRatio = 0.01f;
+        serie.unit = "В";
         break;
     default:
         break;

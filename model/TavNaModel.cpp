@@ -106,6 +106,7 @@ void TavNaModel::_init() {
     db = TavIec61850Parser::Db();
     clocks = std::make_shared<TavStream::StreamClocks>();
     _dropCapture();
+    scl.clear();
     fileManager = std::make_unique<FileManagerModel>();
     if (fileRemovedConnection.connected())
         fileRemovedConnection.disconnect();

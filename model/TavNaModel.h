@@ -6,6 +6,7 @@
 #include "model/GroupFilter.h"
 #include "model/OscillographModel.h"
 #include "model/PackageListModel.h"
+#include "model/SclConfiguration.h"
 #include "platform/parser/Filter.h"
 #include "platform/parser/StreamRecords.h"
 #include "platform/parser/Timest.h"
@@ -58,6 +59,10 @@ public:
     FileManagerModel& getFileManagerModel() { return *fileManager; }
     PackageListModel& getPackageListModel() { return *packageList; }
     OscillographModel& getOscillographModel() { return *oscillographModel; }
+
+    // The substation configuration the streams are named and checked by;
+    // emptied when the mode switches.
+    SclConfiguration& getScl() { return scl; }
 
     // Which parse the interface's work belongs to; see CurrentLoad.
     CurrentLoad& getLoad() { return load; }
@@ -141,6 +146,7 @@ private:
     std::shared_ptr<TavStream::StreamClocks> clocks = std::make_shared<TavStream::StreamClocks>();
     TavIec61850Parser::Filter filter;
     GroupFilter groupFilter;
+    SclConfiguration scl;
     std::atomic<bool> stopRequested{false};
     std::thread worker;
     double progress = 0.0;

@@ -73,18 +73,21 @@ std::string exportFailureText(const ComtradeError& error) {
 ComtradeExportPresenter::ComtradeExportPresenter(TavNaModel& model, Tav::IView* parent)
     : model(model), parent(parent), progress(std::make_unique<ExportProgressView>()),
       alive(Tav::UpdateViewGuard::makeToken()) {
-    progress->signalCancel.connect([this] { cancelled.store(true); });
+    const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken> token = alive;
+    job = std::make_unique<TavJob::BackgroundJob>([token](TavJob::BackgroundJob::Task task) {
+        Tav::UpdateViewGuard::safeBeginUpdateView(token, std::move(task));
+    });
+    // The export ends early and says so: its cancellation is its result.
+    progress->signalCancel.connect([this] { job->cancel(); });
 }
 
 ComtradeExportPresenter::~ComtradeExportPresenter() {
-    cancelled.store(true);
-    if (worker.joinable())
-        worker.join();
+    job->stop();
 }
 
 void ComtradeExportPresenter::start() {
     // As with opening: the wire's frames are in no file to read back.
-    if (model.getMode() == Mode::Ethernet || oscillograph == nullptr || worker.joinable())
+    if (model.getMode() == Mode::Ethernet || oscillograph == nullptr || job->running())
         return;
     auto request = _request();
     if (!request)
@@ -116,34 +119,33 @@ std::optional<TavComtrade::ExportRequest> ComtradeExportPresenter::_request() {
 }
 
 void ComtradeExportPresenter::_run(const std::string& base, TavComtrade::ExportRequest request) {
-    cancelled.store(false);
     shownPercent.store(-1);
     progress->showOver(parent);
     TavLog::Log::writeInfo("Экспорт в COMTRADE: " + base);
-    const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken> token = alive;
-    worker = std::thread([this, token, base, request = std::move(request)] {
-        Outcome outcome;
-        const auto report = [this, token](double share) {
-            const int percent = static_cast<int>(share * 100);
-            if (shownPercent.exchange(percent) != percent)
-                Tav::UpdateViewGuard::safeBeginUpdateView(
-                    token, [this, share] { progress->updateProgress(share); });
-            return !cancelled.load();
-        };
-        try {
-            outcome.result = TavComtrade::ComtradeExporter::write(base, request, report);
-        } catch (const ComtradeError& e) {
-            outcome.error = e;
-        } catch (const std::exception& e) {
-            outcome.otherError = e.what();
-        }
-        Tav::UpdateViewGuard::safeBeginUpdateView(token, [this, outcome] { _onFinished(outcome); });
-    });
+    job->start<Outcome>(
+        [this, base, request = std::move(request)](const std::atomic<bool>& cancel,
+                                                   const TavJob::BackgroundJob::Progress& shown) {
+            Outcome outcome;
+            const auto report = [this, &cancel, &shown](double share) {
+                const int percent = static_cast<int>(share * 100);
+                if (shownPercent.exchange(percent) != percent)
+                    shown(share);
+                return !cancel.load();
+            };
+            try {
+                outcome.result = TavComtrade::ComtradeExporter::write(base, request, report);
+            } catch (const ComtradeError& e) {
+                outcome.error = e;
+            } catch (const std::exception& e) {
+                outcome.otherError = e.what();
+            }
+            return outcome;
+        },
+        std::function<void(Outcome)>([this](Outcome outcome) { _onFinished(outcome); }),
+        [this](double share) { progress->updateProgress(share); });
 }
 
 void ComtradeExportPresenter::_onFinished(const Outcome& outcome) {
-    if (worker.joinable())
-        worker.join();
     progress->finish();
     if (outcome.result) {
         const auto& r = *outcome.result;

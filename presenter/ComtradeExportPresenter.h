@@ -2,6 +2,7 @@
 
 #include "comtrade/ComtradeError.h"
 #include "comtrade/ExportRequest.h"
+#include "job/BackgroundJob.h"
 #include "platform/view/IView.h"
 #include "platform/view/UpdateViewGuard.h"
 
@@ -9,7 +10,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <thread>
 
 namespace TavNA {
 
@@ -33,7 +33,7 @@ public:
     // the panels on every mode change.
     void setOscillograph(OscillographPresenter* presenter) { oscillograph = presenter; }
     void start();
-    bool isRunning() const { return worker.joinable(); }
+    bool isRunning() const { return job->running(); }
     ExportProgressView& getProgressView() { return *progress; }
 
 private:
@@ -52,11 +52,10 @@ private:
     Tav::IView* parent;
     OscillographPresenter* oscillograph = nullptr;
     std::unique_ptr<ExportProgressView> progress;
-    std::atomic<bool> cancelled{false};
     std::atomic<int> shownPercent{-1};
     std::shared_ptr<Tav::UpdateViewGuard::LifetimeToken> alive;
-    // Last: it goes first, and the destructor has joined it by then.
-    std::thread worker;
+    // Last: it goes first, joining what runs while the rest still lives.
+    std::unique_ptr<TavJob::BackgroundJob> job;
 };
 
 // What the window says of a failed export.

@@ -1,8 +1,10 @@
 #include "presenter/DiagnosticsPresenter.h"
 
 #include "health/HealthCounts.h"
+#include "model/FailureText.h"
 #include "model/GooseGroup.h"
 #include "model/SvGroup.h"
+#include "presenter/StreamOrder.h"
 
 #include <cmath>
 #include <cstdio>
@@ -61,18 +63,19 @@ void DiagnosticsPresenter::_onTreeUpdated() {
     entries.clear();
     picked = nullptr;
     PackageListModel& packages = model.getPackageListModel();
-    for (const auto& group : packages.getSvProto().getGroups().getItems()) {
+    // In the stream list's order, so that a stream is found where it is there.
+    for (auto* group : inListOrder(packages.getSvProto().getGroups().getItems())) {
         if (group->getSvs().empty())
             continue;
         const auto* sv = group->getSvs().front();
-        entries.push_back({group.get(), {sv, nullptr, nullptr}, "SV " + sv->svId, nullptr, {}});
+        entries.push_back({group, {sv, nullptr, nullptr}, "SV " + sv->svId, nullptr, {}});
     }
-    for (const auto& group : packages.getGooseProto().getGroups().getItems()) {
+    for (auto* group : inListOrder(packages.getGooseProto().getGroups().getItems())) {
         if (group->getGooses().empty())
             continue;
         const auto* goose = group->getGooses().front();
         const std::string& name = goose->goId.empty() ? goose->gocbRef : goose->goId;
-        entries.push_back({group.get(), {nullptr, goose, nullptr}, "GOOSE " + name, nullptr, {}});
+        entries.push_back({group, {nullptr, goose, nullptr}, "GOOSE " + name, nullptr, {}});
     }
     _check();
     _refresh();
@@ -144,10 +147,10 @@ const DiagnosticsPresenter::Entry* DiagnosticsPresenter::_picked() const {
 
 std::string DiagnosticsPresenter::_verdict(const Entry& entry) const {
     if (!entry.error.empty())
-        return "не проверен: " + entry.error;
+        return "не проверен: " + FailureText::reason(entry.error);
     if (!entry.health)
         return kChecking;
-    const std::string remarks = TavHealth::remarksText(*entry.health);
+    const std::string remarks = TavHealth::remarksLabelled(*entry.health);
     return remarks.empty() ? kNoRemarks : remarks;
 }
 
@@ -183,9 +186,9 @@ void DiagnosticsPresenter::_refresh() {
         return;
     }
     const TavHealth::StreamHealth& h = *entry->health;
-    lines.push_back({"frames", std::to_string(h.frames)});
+    lines.push_back({TavHealth::labelOf("frames"), std::to_string(h.frames)});
     for (const auto& c : TavHealth::healthCounts(h))
-        lines.push_back({c.name, std::to_string(c.value)});
+        lines.push_back({TavHealth::labelOf(c.name), std::to_string(c.value)});
     if (h.sv) {
         std::string wrap = std::to_string(h.sv->smpcntWrap);
         if (h.sv->nominalWrap)
@@ -194,10 +197,10 @@ void DiagnosticsPresenter::_refresh() {
         for (auto v : h.sv->smpsynchValues)
             synch += (synch.empty() ? "" : ", ") + std::to_string(v);
         lines.insert(lines.end(),
-                     {{"smpcnt_wrap", wrap},
-                      {"sample_rate", decimal(h.sv->sampleRate, "%.1f")},
-                      {"asdus_per_frame", std::to_string(h.sv->asdusPerFrame)},
-                      {"smpSynch", synch},
+                     {{"период smpCnt", wrap},
+                      {"частота выборок", decimal(h.sv->sampleRate, "%.1f Гц")},
+                      {"ASDU в кадре", std::to_string(h.sv->asdusPerFrame)},
+                      {"значения smpSynch", synch},
                       {"интервал кадров",
                        "медиана " + decimal(h.sv->timing.median * 1e3, "%.3f") + " мс, 99 % " +
                            decimal(h.sv->timing.p99 * 1e3, "%.3f") + " мс, наибольший " +
@@ -211,14 +214,15 @@ void DiagnosticsPresenter::_refresh() {
         std::string revs;
         for (auto v : h.goose->confRevs)
             revs += (revs.empty() ? "" : ", ") + std::to_string(v);
-        lines.push_back({"confRev", revs});
+        lines.push_back({"значения confRev", revs});
     }
     if (h.eventCount > h.events.size())
         lines.push_back({"события", "показаны первые " + std::to_string(h.events.size()) + " из " +
                                         std::to_string(h.eventCount)});
     const std::size_t firstEvent = lines.size();
     for (const auto& e : h.events)
-        lines.push_back({decimal(_axisSeconds(e.time), "%.6f с"), e.kind + ": " + e.text});
+        lines.push_back(
+            {decimal(_axisSeconds(e.time), "%.6f с"), TavHealth::labelOf(e.kind) + ": " + e.text});
     view->show(heading, lines, firstEvent);
 }
 

@@ -100,11 +100,23 @@ void MeasurementPresenter::_schedule() {
     });
 }
 
+// The stream's channels, named by the configuration's data set where an SCL
+// file describes the stream, as the stream list names them.
+std::vector<ChannelSpec>
+MeasurementPresenter::_channels(const TavIec61850Parser::Sv& stream) const {
+    auto channels = measureChannels(stream);
+    const auto configured = model.getScl().channelNames(stream);
+    for (auto& spec : channels)
+        if (spec.index < configured.size() && !configured[spec.index].empty())
+            spec.name = configured[spec.index];
+    return channels;
+}
+
 std::vector<MeasurementPresenter::Target> MeasurementPresenter::_targets() const {
     std::vector<Target> targets;
     if (picked != nullptr && !picked->getSvs().empty()) {
         const auto* stream = picked->getSvs().front();
-        targets.push_back({stream, measureChannels(*stream)});
+        targets.push_back({stream, _channels(*stream)});
     }
     for (const auto& [channel, group] : scope.getSvSelection()) {
         if (group == picked || group->getSvs().empty())
@@ -114,14 +126,15 @@ std::vector<MeasurementPresenter::Target> MeasurementPresenter::_targets() const
                                   [&](const Target& t) { return t.stream == stream; });
         if (found == targets.end())
             found = targets.insert(targets.end(), Target{stream, {}});
-        for (const auto& spec : measureChannels(*stream))
+        for (const auto& spec : _channels(*stream))
             if (spec.index == channel->getIndex())
                 found->channels.push_back(spec);
     }
     return targets;
 }
 
-// The visible window; shorter than a cycle, the cycles about its middle.
+// The visible window; shorter than a cycle, the cycles about the cursor (or
+// the window's middle when the pointer is elsewhere).
 std::pair<std::int64_t, std::int64_t> MeasurementPresenter::_window() const {
     double from = 0, to = 0;
     scope.getViewObj().getSeriesRange(from, to);
@@ -130,7 +143,11 @@ std::pair<std::int64_t, std::int64_t> MeasurementPresenter::_window() const {
     auto toNs = static_cast<std::int64_t>(std::llround((start + to) * 1e9));
     constexpr std::int64_t cycleNs = kSecondNs / 45; // the longest cycle measured
     if (toNs - fromNs < cycleNs) {
-        const std::int64_t middle = fromNs + (toNs - fromNs) / 2;
+        const auto cursor = scope.getViewObj().cursorTime();
+        const std::int64_t middle =
+            cursor && *cursor >= from && *cursor <= to
+                ? static_cast<std::int64_t>(std::llround((start + *cursor) * 1e9))
+                : fromNs + (toNs - fromNs) / 2;
         fromNs = middle - cycleNs;
         toNs = middle + cycleNs;
     }
@@ -160,8 +177,12 @@ std::optional<ChannelRef> MeasurementPresenter::_reference(const std::vector<Tar
 void MeasurementPresenter::_measure() {
     _stop();
     const auto targets = _targets();
-    if (targets.empty() || targets.front().channels.empty()) {
+    if (targets.empty()) {
         _showNothing("Выберите поток SV или отметьте его каналы");
+        return;
+    }
+    if (targets.front().channels.empty()) {
+        _showNothing("У потока нет значений для измерения");
         return;
     }
     const auto [fromNs, toNs] = _window();

@@ -50,6 +50,7 @@ private:
     void _schedule();
     void _measure();
     void _stop();
+    std::vector<TavMeasure::ChannelSpec> _channels(const TavIec61850Parser::Sv& stream) const;
     std::vector<Target> _targets() const;
     std::pair<std::int64_t, std::int64_t> _window() const;
     std::optional<TavMeasure::ChannelRef> _reference(const std::vector<Target>& targets);

@@ -7,16 +7,37 @@
 
 namespace TavNA {
 
-PackageListPresenter::PackageListPresenter(PackageListModel& model, CurrentLoad& load)
-    : model(model), load(load), view(std::make_unique<PackageListView>()),
+namespace {
+
+// Every stream record of the protocol's groups.
+template <typename Proto> auto recordsOf(Proto& proto) {
+    std::vector<const typename Proto::Group::Record*> records;
+    for (const auto& group : proto.getGroups().getItems())
+        records.insert(records.end(), group->getRecords().begin(), group->getRecords().end());
+    return records;
+}
+
+} // namespace
+
+PackageListPresenter::PackageListPresenter(PackageListModel& model, CurrentLoad& load,
+                                           SclConfiguration* scl)
+    : model(model), load(load), scl(scl), view(std::make_unique<PackageListView>()),
       updateGuard(Tav::UpdateViewGuard::makeToken()) {
     updatedConnection =
         model.signalUpdated.connect(sigc::mem_fun(*this, &PackageListPresenter::_onModelUpdated));
+    // A load under way rebuilds the list when it ends; the tree is its
+    // worker's until then.
+    if (scl)
+        sclConnection = scl->signalChanged.connect([this] {
+            if (!this->load.isRunning())
+                _rebuild();
+        });
 }
 
 // The model may outlive the panel; the worker must not call into a dead one.
 PackageListPresenter::~PackageListPresenter() {
     updatedConnection.disconnect();
+    sclConnection.disconnect();
 }
 
 Tav::IView* PackageListPresenter::getView() {
@@ -42,6 +63,18 @@ void PackageListPresenter::_rebuild() {
         _addStreams(model.getGooseProto(), gooseStreams, gooseConnections,
                     &IPackageListView::addGooseStream);
     }
+    _showAbsent();
+}
+
+void PackageListPresenter::_showAbsent() {
+    if (scl == nullptr || scl->files().empty())
+        return;
+    std::vector<std::string> lines;
+    for (const auto* c :
+         scl->missing(recordsOf(model.getSvProto()), recordsOf(model.getGooseProto())))
+        lines.push_back(std::string(TavScl::kindName(c->kind)) + " " + c->reference + " (" +
+                        c->ied + ")");
+    view->setAbsent(lines);
 }
 
 template <typename Presenter, typename Proto>
@@ -52,7 +85,7 @@ void PackageListPresenter::_addStreams(Proto& proto,
     // The protocol keeps its groups in no useful order; the list shows them
     // in one a person can scan.
     for (auto* group : inListOrder(proto.getGroups().getItems())) {
-        presenters.push_back(std::make_unique<Presenter>(*group));
+        presenters.push_back(std::make_unique<Presenter>(*group, scl));
         Presenter& stream = *presenters.back();
         // A load that begins is about to free the tree the boxes point into.
         stream.setChannelsGuard([this] { return !load.isRunning(); });

@@ -20,7 +20,9 @@ namespace TavNA {
 // the update freed.
 class PackageListPresenter : public Tav::IPresenter {
 public:
-    PackageListPresenter(PackageListModel& model, CurrentLoad& load);
+    // The list is made again when `scl` changes, its channels named by it.
+    PackageListPresenter(PackageListModel& model, CurrentLoad& load,
+                         SclConfiguration* scl = nullptr);
     PackageListPresenter(const PackageListPresenter&) = delete;
     PackageListPresenter& operator=(const PackageListPresenter&) = delete;
     ~PackageListPresenter() override;
@@ -38,6 +40,7 @@ private:
     void _onModelUpdated();
     void _rebuild();
     void _retireEntries();
+    void _showAbsent();
     void _onSelected(ISelectable* item, const IGroup* group);
     void _stopFillingChannels();
     template <typename Presenter, typename Proto>
@@ -47,6 +50,7 @@ private:
 
     PackageListModel& model;
     CurrentLoad& load;
+    SclConfiguration* scl;
     std::unique_ptr<PackageListView> view;
     std::vector<std::unique_ptr<SvStreamPresenter>> svStreams;
     std::vector<std::unique_ptr<GooseStreamPresenter>> gooseStreams;
@@ -55,6 +59,7 @@ private:
     Tav::PointerConnectionsDispatcher gooseConnections;
     ISelectable* selectedItem = nullptr;
     sigc::connection updatedConnection;
+    sigc::connection sclConnection;
 };
 
 } // namespace TavNA

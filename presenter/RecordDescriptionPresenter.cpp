@@ -4,8 +4,9 @@
 
 namespace TavNA {
 
-RecordDescriptionPresenter::RecordDescriptionPresenter(PackageListModel& model, CurrentLoad& load)
-    : model(model), load(load), view(std::make_unique<RecordDescriptionView>()),
+RecordDescriptionPresenter::RecordDescriptionPresenter(PackageListModel& model, CurrentLoad& load,
+                                                       const SclConfiguration* scl)
+    : model(model), load(load), scl(scl), view(std::make_unique<RecordDescriptionView>()),
       liveness(Tav::UpdateViewGuard::makeToken()) {
     selectedConnection = model.signalGroupSelected.connect(
         sigc::mem_fun(*this, &RecordDescriptionPresenter::_onGroupSelected));
@@ -31,17 +32,26 @@ void RecordDescriptionPresenter::_show(const IGroup* group) {
         view->setView(ethernet.getView());
         sv.fill(svGroup);
         view->setView(sv.getView());
+        _showScl(*svGroup->getSvs().back());
         other.fillSvGroup(svGroup);
     } else if (const auto* gooseGroup = dynamic_cast<const GooseGroup*>(group)) {
         ethernet.fillGooseGroup(gooseGroup);
         view->setView(ethernet.getView());
         goose.fill(gooseGroup);
         view->setView(goose.getView());
+        _showScl(*gooseGroup->getGooses().back());
         other.fillGooseGroup(gooseGroup);
     } else {
         return;
     }
     view->setView(other.getView());
+}
+
+template <typename Record> void RecordDescriptionPresenter::_showScl(const Record& record) {
+    if (scl == nullptr || scl->files().empty())
+        return;
+    sclSection.fill(scl->check(record));
+    view->setView(sclSection.getView());
 }
 
 } // namespace TavNA

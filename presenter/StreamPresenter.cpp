@@ -27,6 +27,24 @@ template <typename Record> std::pair<std::string, unsigned long long> firstFrame
     return {file.path, file.packages.empty() ? 0 : file.packages.front().offset};
 }
 
+const std::string& streamId(const TavIec61850Parser::Sv& record) {
+    return record.svId;
+}
+const std::string& streamId(const TavIec61850Parser::Goose& record) {
+    return record.goId;
+}
+
+// Names from the data set replace the names by place, as far as both go.
+template <typename Channels, typename Record>
+void nameByConfiguration(const Channels& channels, const Record& record,
+                         const SclConfiguration& scl) {
+    const std::vector<std::string> names = scl.channelNames(record);
+    for (std::size_t i = 0; i < channels.size() && i < names.size(); ++i) {
+        channels[i]->setName(names[i]);
+        channels[i]->setDescription(names[i] + " | " + streamId(record));
+    }
+}
+
 } // namespace
 
 template <> std::string SvStreamTraits::caption(const Record& record, std::int32_t count) {
@@ -82,11 +100,12 @@ template <> void GooseStreamTraits::nameChannels(Group& group, const Record& rec
 }
 
 template <typename Traits>
-StreamPresenter<Traits>::StreamPresenter(Group& group)
-    : group(group), view(std::make_unique<View>()) {
+StreamPresenter<Traits>::StreamPresenter(Group& group, const SclConfiguration* scl)
+    : group(group), scl(scl), view(std::make_unique<View>()) {
     const auto& record = *group.getRecords().back();
     const auto count = static_cast<std::int32_t>(packageCount(record));
-    view->setName(Traits::caption(record, count));
+    const bool unknown = scl && !scl->files().empty() && !scl->check(record);
+    view->setName(Traits::caption(record, count) + (unknown ? " | нет в SCL" : ""));
     view->setNameTooltip(Traits::tooltip(record, count));
     view->addView(channels.getView());
     view->signalSelected.connect(sigc::mem_fun(*this, &StreamPresenter::_onSelected));
@@ -98,26 +117,33 @@ template <typename Traits> void StreamPresenter<Traits>::_onSelected() {
 }
 
 template <typename Traits> void StreamPresenter<Traits>::_createChannels() {
+    if (channelsShown)
+        return;
     auto& collection = group.getChannels();
-    if (!collection.empty())
-        return;
     const auto& record = *group.getRecords().back();
-    const auto [path, offset] = firstFrame(record);
-    std::size_t count = 0;
-    try {
-        count = Traits::readValueCount(path, offset);
-    } catch (const TavIec61850Parser::ParseError& error) {
-        // The file went away or changed since it was parsed: the stream stays
-        // pickable without channels, and the next pick tries again.
-        TavLog::Log::writeError(error.what());
-        return;
+    // A list made again over the same tree (a configuration opened) finds
+    // the channels made: it names and shows them again.
+    if (collection.empty()) {
+        const auto [path, offset] = firstFrame(record);
+        std::size_t count = 0;
+        try {
+            count = Traits::readValueCount(path, offset);
+        } catch (const TavIec61850Parser::ParseError& error) {
+            // The file went away or changed since it was parsed: the stream
+            // stays pickable without channels, and the next pick tries again.
+            TavLog::Log::writeError(error.what());
+            return;
+        }
+        for (std::size_t i = 0; i < count; ++i) {
+            auto& channel = collection.add(std::make_unique<typename Group::Channel>());
+            channel.setIndex(i);
+            channel.setName("");
+        }
     }
-    for (std::size_t i = 0; i < count; ++i) {
-        auto& channel = collection.add(std::make_unique<typename Group::Channel>());
-        channel.setIndex(i);
-        channel.setName("");
-    }
+    channelsShown = true;
     Traits::nameChannels(group, record);
+    if (scl)
+        nameByConfiguration(collection.getItems(), record, *scl);
     std::vector<typename Group::Channel*> made;
     made.reserve(collection.getItems().size());
     for (const auto& channel : collection.getItems())

@@ -2,6 +2,7 @@
 
 #include "model/GooseGroup.h"
 #include "model/IGroup.h"
+#include "model/SclConfiguration.h"
 #include "model/SvGroup.h"
 #include "platform/view/IPresenter.h"
 #include "presenter/GooseStreamChannelsPresenter.h"
@@ -36,16 +37,18 @@ template <typename GroupT, typename ViewT, typename ChannelsT> struct StreamTrai
 using SvStreamTraits = StreamTraits<SvGroup, SvStreamView, SvStreamChannelsPresenter>;
 using GooseStreamTraits = StreamTraits<GooseGroup, GooseStreamView, GooseStreamChannelsPresenter>;
 
-// One stream in the stream list. Its channels are made on its first pick,
-// from the stream's first frame, and never again.
+// One stream in the stream list. Its channels are made on the first pick of
+// the stream, from its first frame, and never again; a presenter made anew
+// over the same stream shows them on its own first pick.
 template <typename Traits> class StreamPresenter : public Tav::IPresenter {
 public:
     using Group = typename Traits::Group;
     using View = typename Traits::View;
     using ChannelsPresenter = typename Traits::ChannelsPresenter;
 
-    // The group must hold at least one record.
-    explicit StreamPresenter(Group& group);
+    // The group must hold at least one record. Channels are named by the
+    // configuration's data set when `scl` holds the stream's control block.
+    explicit StreamPresenter(Group& group, const SclConfiguration* scl = nullptr);
     StreamPresenter(const StreamPresenter&) = delete;
     StreamPresenter& operator=(const StreamPresenter&) = delete;
 
@@ -66,9 +69,11 @@ private:
     void _createChannels();
 
     Group& group;
+    const SclConfiguration* scl;
     std::unique_ptr<View> view;
     ChannelsPresenter channels;
     typename ChannelsPresenter::Guard channelsAlive;
+    bool channelsShown = false;
 };
 
 extern template class StreamPresenter<SvStreamTraits>;

@@ -6,13 +6,15 @@
 #include "platform/view/FileDialogPresenter.h"
 #include "presenter/CapturePresenter.h"
 #include "presenter/ComtradeExportPresenter.h"
+#include "presenter/SclOpenPresenter.h"
 #include "view/TavNaMenuView.h"
 
 namespace TavNA {
 
 TavNaMenuPresenter::TavNaMenuPresenter(TavNaModel& model)
     : view(std::make_unique<TavNaMenuView>()), model(model),
-      exporter(std::make_unique<ComtradeExportPresenter>(model, view.get())) {
+      exporter(std::make_unique<ComtradeExportPresenter>(model, view.get())),
+      sclOpener(std::make_unique<SclOpenPresenter>(model, view.get())) {
     view->setHelpPath(helpPath());
     view->signalOpenFileClicked.connect(
         sigc::mem_fun(*this, &TavNaMenuPresenter::_onMenuOpenFileClicked));
@@ -29,6 +31,7 @@ TavNaMenuPresenter::TavNaMenuPresenter(TavNaModel& model)
         if (capture != nullptr)
             capture->save();
     });
+    view->signalOpenSclClicked.connect([this] { sclOpener->start(); });
     view->signalAboutClicked.connect(
         sigc::mem_fun(*this, &TavNaMenuPresenter::_onMenuAboutClicked));
 }

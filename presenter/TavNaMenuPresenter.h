@@ -11,6 +11,7 @@ class TavNaMenuView;
 class OscillographPresenter;
 class ComtradeExportPresenter;
 class CapturePresenter;
+class SclOpenPresenter;
 
 class TavNaMenuPresenter : public Tav::IPresenter {
 public:
@@ -23,6 +24,7 @@ public:
     ComtradeExportPresenter& getExportPresenter() { return *exporter; }
     // The capture the "Захват" items drive.
     void setCapture(CapturePresenter* presenter) { capture = presenter; }
+    SclOpenPresenter& getSclOpener() { return *sclOpener; }
 
     // "Help/<language tag>/<document>.pdf", relative to the working folder.
     static std::string helpPath();
@@ -35,6 +37,7 @@ private:
     TavNaModel& model;
     std::unique_ptr<ComtradeExportPresenter> exporter;
     CapturePresenter* capture = nullptr;
+    std::unique_ptr<SclOpenPresenter> sclOpener;
 };
 
 } // namespace TavNA

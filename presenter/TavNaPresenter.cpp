@@ -104,10 +104,10 @@ void TavNaPresenter::_init() {
     view->addWidget(panelManager->getView());
     view->addFooter(statusbarPresenter->getView());
 
-    packageListPresenter =
-        std::make_unique<PackageListPresenter>(model.getPackageListModel(), model.getLoad());
-    recordDescriptionPresenter =
-        std::make_unique<RecordDescriptionPresenter>(model.getPackageListModel(), model.getLoad());
+    packageListPresenter = std::make_unique<PackageListPresenter>(model.getPackageListModel(),
+                                                                  model.getLoad(), &model.getScl());
+    recordDescriptionPresenter = std::make_unique<RecordDescriptionPresenter>(
+        model.getPackageListModel(), model.getLoad(), &model.getScl());
     measurementPresenter.reset();
     oscillographPresenter = std::make_unique<OscillographPresenter>(model);
     // Made before this presenter listens to rebuilds: it takes its look at the

@@ -51,6 +51,9 @@ public:
     TavNaMenuPresenter& getMenuPresenter() { return *menuPresenter; }
     Tav::PanelManagerPresenter& getPanelManager() { return *panelManager; }
     PackageListPresenter& getPackageListPresenter() { return *packageListPresenter; }
+    RecordDescriptionPresenter& getRecordDescriptionPresenter() {
+        return *recordDescriptionPresenter;
+    }
     OscillographPresenter& getOscillographPresenter() { return *oscillographPresenter; }
     // Null in Ethernet mode.
     FileManagerPresenter* getFileManagerPresenter() { return fileManagerPresenter.get(); }

@@ -16,6 +16,8 @@ packages=(
     libfftw3-dev                      # the measurements' spectra
     libpcap-dev                       # live capture from a network interface
     tcpreplay iproute2                # the live-capture tests send frames over a veth pair
+    libpugixml-dev                    # substation configuration (SCL) files
+    dpkg-dev desktop-file-utils       # `make package`: library dependencies, the desktop entry's check
 )
 
 missing=()

@@ -13,6 +13,10 @@ namespace TavStream {
 
 std::int64_t toNanoseconds(const TavIec61850Parser::Timest& t);
 
+// A frame reaches a capture within this of its samples' instants: the frames
+// that carry a window's samples are looked for up to this after its end.
+constexpr std::int64_t kTransferMarginNs = 50'000'000;
+
 // A frame of a stream with the file it lies in.
 struct PlacedFrame {
     std::int64_t ns = 0; // capture time, nanoseconds since the epoch

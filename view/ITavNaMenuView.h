@@ -7,12 +7,13 @@
 
 namespace TavNA {
 
-// The menu bar: opening a capture, exporting channels, live capture, the help
-// document and the about box.
+// The menu bar: opening a capture or the substation's configuration,
+// exporting channels, live capture, the help document and the about box.
 class ITavNaMenuView : public Tav::IView {
 public:
     sigc::signal<void()> signalOpenFileClicked;
     sigc::signal<void()> signalExportClicked;
+    sigc::signal<void()> signalOpenSclClicked;
     sigc::signal<void()> signalAboutClicked;
     sigc::signal<void()> signalStartCaptureClicked;
     sigc::signal<void()> signalStopCaptureClicked;

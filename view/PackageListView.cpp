@@ -22,6 +22,7 @@ PackageListView::PackageListView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL) {
 PackageListView::~PackageListView() {
     _takeOut(svSection);
     _takeOut(gooseSection);
+    _takeOut(absentSection);
 }
 
 std::unique_ptr<Gtk::Box> PackageListView::_makeListBox() {
@@ -83,9 +84,32 @@ void PackageListView::unselectItems() {
     _unselectAll(svSection);
 }
 
+void PackageListView::setAbsent(const std::vector<std::string>& lines) {
+    for (Gtk::Widget* child : absentSection.streams.get_children())
+        absentSection.streams.remove(*child);
+    absentLabels.clear();
+    _takeOut(absentSection);
+    if (lines.empty())
+        return;
+    for (const std::string& line : lines) {
+        absentLabels.push_back(std::make_unique<Gtk::Label>(line));
+        absentLabels.back()->set_halign(Gtk::ALIGN_START);
+        absentSection.streams.pack_start(*absentLabels.back(), false, false, 0);
+    }
+    _putSection(absentSection, "Нет в захвате (" + std::to_string(lines.size()) + ")");
+}
+
+std::vector<std::string> PackageListView::absentLines() const {
+    std::vector<std::string> lines;
+    for (const auto& label : absentLabels)
+        lines.push_back(label->get_text());
+    return lines;
+}
+
 void PackageListView::clear() {
     _takeOut(svSection);
     _takeOut(gooseSection);
+    setAbsent({});
     for (Section* section : {&svSection, &gooseSection})
         for (Gtk::Widget* child : section->streams.get_children())
             section->streams.remove(*child);

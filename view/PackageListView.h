@@ -6,6 +6,7 @@
 #include <gtkmm/box.h>
 #include <gtkmm/label.h>
 #include <memory>
+#include <vector>
 
 namespace TavNA {
 
@@ -20,6 +21,9 @@ public:
     void addSvStream(Tav::IView* view) override;
     void addGooseStream(Tav::IView* view) override;
     void unselectItems() override;
+    void setAbsent(const std::vector<std::string>& lines) override;
+    // The absent streams' lines as shown.
+    std::vector<std::string> absentLines() const;
 
 private:
     // One protocol's collapsible section and the box of its stream views.
@@ -39,6 +43,8 @@ private:
     std::unique_ptr<Gtk::Box> listBox;
     Section svSection{"SV"};
     Section gooseSection{"GOOSE"};
+    Section absentSection{"Нет в захвате"};
+    std::vector<std::unique_ptr<Gtk::Label>> absentLabels;
 };
 
 } // namespace TavNA

@@ -6,7 +6,9 @@ namespace TavNA {
 
 template <typename Interface>
 StreamChannelsView<Interface>::StreamChannelsView() : Gtk::Box(Gtk::ORIENTATION_VERTICAL, 0) {
-    set_halign(Gtk::ALIGN_START);
+    // Filling the width it is given: aligned, it would take the width that
+    // suits the height of its one-a-line layout, and so stay one a line.
+    set_halign(Gtk::ALIGN_FILL);
     set_hexpand(false);
     set_vexpand(false);
 }
@@ -25,10 +27,12 @@ template <typename Interface> Gtk::FlowBox& StreamChannelsView<Interface>::_boxW
         auto box = std::make_unique<Gtk::FlowBox>();
         box->set_orientation(Gtk::ORIENTATION_HORIZONTAL);
         box->set_selection_mode(Gtk::SELECTION_NONE);
-        box->set_halign(Gtk::ALIGN_START);
+        box->set_halign(Gtk::ALIGN_FILL);
         box->set_hexpand(false);
         box->set_vexpand(false);
-        box->set_min_children_per_line(5);
+        // As many a line as the panel's width holds, one at the least: a wider
+        // line would put boxes beyond the panel's edge, out of reach.
+        box->set_min_children_per_line(1);
         pack_start(*box, false, false, 0);
         box->show();
         boxes.push_back(std::move(box));

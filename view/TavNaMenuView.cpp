@@ -18,6 +18,7 @@ void TavNaMenuView::_initializeView() {
     get_style_context()->add_class("menubar");
 
     fileMenu.append(openFile);
+    fileMenu.append(openScl);
     fileMenu.append(exportComtrade);
     fileTop.set_submenu(fileMenu);
     append(fileTop);
@@ -39,6 +40,7 @@ void TavNaMenuView::_initializeView() {
     startCapture.signal_activate().connect([this] { signalStartCaptureClicked.emit(); });
     stopCapture.signal_activate().connect([this] { signalStopCaptureClicked.emit(); });
     saveCapture.signal_activate().connect([this] { signalSaveCaptureClicked.emit(); });
+    openScl.signal_activate().connect([this] { signalOpenSclClicked.emit(); });
     about.signal_activate().connect(sigc::mem_fun(*this, &TavNaMenuView::_onMenuAboutClicked));
     helpDocument.signal_activate().connect(
         sigc::mem_fun(*this, &TavNaMenuView::_onMenuHelpClicked));

@@ -18,6 +18,7 @@ public:
     // The items, for those who drive the menu without a pointer.
     Gtk::MenuItem& openItem() { return openFile; }
     Gtk::MenuItem& exportItem() { return exportComtrade; }
+    Gtk::MenuItem& openSclItem() { return openScl; }
     Gtk::MenuItem& aboutItem() { return about; }
     Gtk::MenuItem& helpItem() { return helpDocument; }
     Gtk::MenuItem& startCaptureItem() { return startCapture; }
@@ -34,6 +35,7 @@ private:
     Gtk::MenuItem fileTop{"Файл"};
     Gtk::Menu fileMenu;
     Gtk::MenuItem openFile{"Открыть"};
+    Gtk::MenuItem openScl{"Открыть SCL…"};
     Gtk::MenuItem exportComtrade{"Экспорт в COMTRADE…"};
     Gtk::MenuItem captureTop{"Захват"};
     Gtk::Menu captureMenu;

@@ -1,11 +1,11 @@
 #include "waveform/SvTrace.h"
 
 #include "platform/parser/WindowQuery.h"
+#include "stream/SvSampleReader.h"
 #include "stream/WindowFrames.h"
 #include "waveform/BucketEnvelope.h"
 #include "waveform/FrameRuns.h"
 #include "waveform/SummaryStore.h"
-#include "stream/SvSampleReader.h"
 
 #include <algorithm>
 #include <exception>
@@ -23,14 +23,19 @@ namespace {
 // its column envelope.
 class ChannelSink {
 public:
-    ChannelSink(const TraceWindow& window, bool envelope, std::vector<TracePoint>& points) {
+    ChannelSink(const TraceWindow& window, bool envelope, std::vector<TracePoint>& points)
+        : toNs_(window.toNs) {
         if (envelope)
             envelope_ =
                 std::make_unique<BucketEnvelope>(window, BucketEnvelope::Shape::Band, points);
         else
             points_ = &points;
     }
+    // Frames are read past the window's end for its last samples; the samples
+    // after its end stay out.
     void add(const TracePoint& p) {
+        if (p.ns > toNs_)
+            return;
         if (envelope_)
             envelope_->add(p);
         else
@@ -42,6 +47,7 @@ public:
     }
 
 private:
+    std::int64_t toNs_;
     std::unique_ptr<BucketEnvelope> envelope_;
     std::vector<TracePoint>* points_ = nullptr;
 };
@@ -95,10 +101,13 @@ Traces SvTrace::build(const Sv& stream, const std::vector<std::size_t>& indices,
                       TavStream::StreamClocks* clocks, SummaryStore* summaries) {
     TavStream::StreamClocks own;
     const TavStream::SamplingClock& clock = (clocks != nullptr ? *clocks : own).of(stream);
-    const auto span = orderedSpan(stream, window);
+    // The window's last samples come in frames that arrive after its end.
+    TraceWindow arrivals = window;
+    arrivals.toNs += TavStream::kTransferMarginNs;
+    const auto span = orderedSpan(stream, arrivals);
     WindowFrames merged; // of several files, or one out of time order
     if (!span)
-        merged = TavStream::framesInWindow(stream, window.fromStamp(), window.toStamp());
+        merged = TavStream::framesInWindow(stream, arrivals.fromStamp(), arrivals.toStamp());
     const std::size_t count = span ? span->second - span->first : merged.frames.size();
     Traces traces;
     traces.channels.resize(indices.size());
@@ -116,8 +125,9 @@ Traces SvTrace::build(const Sv& stream, const std::vector<std::size_t>& indices,
                          [&](std::int64_t ns, const TavIec61850Parser::SvAsduView& asdu) {
                              for (std::size_t c = 0; c < indices.size(); ++c)
                                  if (indices[c] < asdu.valueCount())
-                                     sinks[c].add({ns, static_cast<float>(TavStream::SvSampleReader::value(
-                                                           asdu, indices[c]))});
+                                     sinks[c].add(
+                                         {ns, static_cast<float>(TavStream::SvSampleReader::value(
+                                                  asdu, indices[c]))});
                          });
         });
     };

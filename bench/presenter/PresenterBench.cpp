@@ -1,10 +1,8 @@
 // tavna-bench-presenter: the cost of one oscillograph redraw with eight SV
 // channels ticked and a whole 5 s, 8-stream capture visible at 1920 px; then
 // the same over a whole 1 GB, 200 s capture: the exact read of every frame
-// (through a mapping of the file and, side by side, with a system call each)
 // and the redraw from the streams' min/max summaries.
 #include "bench/BenchCapture.h"
-#include "platform/parser/FrameReader.h"
 #include "presenter/OscillographPresenter.h"
 #include "presenter/PackageListPresenter.h"
 #include "tools/session/Display.h"
@@ -136,9 +134,8 @@ BENCHMARK(BM_RedrawEightSvChannels)
     ->ReportAggregatesOnly(true);
 
 // The exact read a redraw makes while no summary is built: every frame of
-// the eight streams, through the mapping (1) or a system call per frame (0).
+// the eight streams.
 void BM_ReadEightSvChannelsWhole1GB(benchmark::State& state) {
-    TavIec61850Parser::FrameReader::setReadThroughMapping(state.range(0) != 0);
     auto& model = wholeGigabyte->model;
     const auto& range = model.getOscillographModel();
     const auto stamp = [](double s) { return static_cast<std::int64_t>(std::llround(s * 1e9)); };
@@ -154,13 +151,9 @@ void BM_ReadEightSvChannelsWhole1GB(benchmark::State& state) {
                     .size();
         }
     }
-    TavIec61850Parser::FrameReader::setReadThroughMapping(true);
     state.counters["points"] = static_cast<double>(points);
 }
 BENCHMARK(BM_ReadEightSvChannelsWhole1GB)
-    ->ArgName("mapped")
-    ->Arg(0)
-    ->Arg(1)
     ->Unit(benchmark::kMillisecond)
     ->Iterations(1)
     ->Repetitions(5)

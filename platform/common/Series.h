@@ -27,6 +27,9 @@ public:
     float gain = 1.0f;
     // Value of one raw sample unit; the owner applies it when filling points.
     float transformRatio = 0.0f;
+    // What the values are in once the ratio is applied ("А", "В"); empty when
+    // unknown. Analogue curves of two units are drawn on two value axes.
+    std::string unit;
     // Points' x is in seconds after `origin`, which is in seconds on the
     // widget's time axis: a 32-bit x then keeps sample precision however far
     // the window lies from the axis' zero.

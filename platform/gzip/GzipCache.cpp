@@ -32,13 +32,25 @@ std::string cacheFolder() {
     return std::string(home && *home ? home : "/tmp") + "/.cache/tavna";
 }
 
-// The inflated bytes go to a file descriptor; every write is checked.
+// A capture compresses well, but not a thousandfold: its time stamps and
+// counters change from frame to frame. More than that, past a size no
+// real capture's first bytes reach, is a file made to fill the disk.
+constexpr std::uint64_t kMaxRatio = 1000;
+constexpr std::uint64_t kRatioCheckedFrom = 64ull << 20;
+// What the copy leaves free on its disk, for everything else on it.
+constexpr std::uint64_t kKeepFree = 1ull << 30;
+constexpr std::uint64_t kSpaceCheckEvery = 256ull << 20;
+
+// The inflated bytes go to a file descriptor; every write is checked, and so
+// is what the copy grows to against the compressed size and the free space.
 class Output {
 public:
-    explicit Output(const std::string& path)
-        : fd_(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600)) {
+    Output(const std::string& path, std::uint64_t compressedSize)
+        : fd_(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600)), path_(path),
+          compressed_(compressedSize) {
         if (fd_ < 0)
             throw GzipError(std::string("cannot write the inflated copy: ") + std::strerror(errno));
+        checkSpace(0);
     }
     ~Output() {
         if (fd_ >= 0)
@@ -48,6 +60,11 @@ public:
     Output& operator=(const Output&) = delete;
 
     void write(const unsigned char* p, std::size_t n) {
+        written_ += n;
+        if (written_ > kRatioCheckedFrom && written_ > kMaxRatio * compressed_)
+            throw GzipError("it inflates more than a thousandfold, as no capture does");
+        if (written_ >= nextSpaceCheck_)
+            checkSpace(n);
         while (n > 0) {
             const ssize_t done = ::write(fd_, p, n);
             if (done < 0 && errno == EINTR)
@@ -67,7 +84,20 @@ public:
     }
 
 private:
+    void checkSpace(std::size_t coming) {
+        std::error_code ec;
+        const auto space = std::filesystem::space(std::filesystem::path(path_).parent_path(), ec);
+        nextSpaceCheck_ = written_ + kSpaceCheckEvery;
+        if (!ec && space.available < kKeepFree + coming)
+            throw GzipError("inflating it would fill the disk of the cache folder (" +
+                            std::to_string(space.available >> 20) + " MB free)");
+    }
+
     int fd_;
+    std::string path_;
+    std::uint64_t compressed_;
+    std::uint64_t written_ = 0;
+    std::uint64_t nextSpaceCheck_ = 0;
 };
 
 // One zlib stream that reads gzip members, one after another as `gzip -c a b`
@@ -172,7 +202,7 @@ bool GzipCache::inflate(const std::uint8_t* data, std::size_t size, const std::s
         std::to_string(std::hash<std::thread::id>{}(std::this_thread::get_id()));
     bool cancelled = false;
     try {
-        Output out(part);
+        Output out(part, size);
         inflateAll(data, size, out, cancel, progress, cancelled);
         out.close();
     } catch (...) {

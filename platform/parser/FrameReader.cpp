@@ -3,6 +3,7 @@
 #include "platform/gzip/GzipCache.h"
 #include "platform/parser/CookedLinkLayer.h"
 #include "platform/parser/FileRegistry.h"
+#include "platform/parser/GuardedCopy.h"
 #include "platform/parser/InflatedCapture.h"
 #include "platform/parser/MappedFile.h"
 #include "platform/parser/ParseError.h"
@@ -10,7 +11,6 @@
 #include "platform/parser/PcapngReader.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -23,22 +23,23 @@ namespace TavIec61850Parser {
 
 namespace {
 
-std::atomic<bool> readThroughMapping{true};
+const char* const kChanged = "the file has changed since it was parsed";
 
 // Drawing reads thousands of frames of one file in a row; keeping that file
 // mapped per thread spares an open, a header read and a system call per
 // frame. The path is still stat'ed for every batch, so a replaced or deleted
-// file is noticed.
+// file is noticed. Another program may still cut the file short in the
+// middle of a batch: every byte leaves the mapping through a guarded copy.
 struct OpenCapture {
     std::string path;
     dev_t device = 0;
     ino_t inode = 0;
     FileVersion version; // a file rewritten in place keeps its inode
     int fd = -1;
-    std::unique_ptr<MappedFile> map; // null while reading with a call per frame
-    std::optional<PcapHeader> pcap;  // empty for pcapng
-    LinkLayout links;                // pcapng only
-    std::uint64_t dataSize = 0;      // of the file, or of a compressed file's inflated copy
+    std::unique_ptr<MappedFile> map;
+    std::optional<PcapHeader> pcap; // empty for pcapng
+    LinkLayout links;               // pcapng only
+    std::uint64_t dataSize = 0;     // of the file, or of a compressed file's inflated copy
     std::uint8_t head[kPcapFileHeaderSize] = {};
     std::size_t headSize = 0;
 
@@ -51,21 +52,14 @@ struct OpenCapture {
         path.clear();
     }
 
-    // `n` bytes at `at`, from the mapping or read into `scratch`; fewer when
-    // the file ends first.
-    std::size_t bytesAt(std::uint64_t at, std::size_t n, std::uint8_t* scratch,
-                        const std::uint8_t*& bytes) const {
-        if (map) {
-            if (at >= map->size())
-                return 0;
-            bytes = map->data() + at;
-            return static_cast<std::size_t>(std::min<std::uint64_t>(n, map->size() - at));
-        }
-        const ssize_t got = ::pread(fd, scratch, n, static_cast<off_t>(at));
-        if (got < 0)
-            throw ParseError(path, std::string("cannot read: ") + std::strerror(errno));
-        bytes = scratch;
-        return static_cast<std::size_t>(got);
+    // `n` bytes at `at` copied to `to`; fewer when the mapping ends first.
+    std::size_t bytesAt(std::uint64_t at, std::size_t n, std::uint8_t* to) const {
+        if (at >= map->size())
+            return 0;
+        n = static_cast<std::size_t>(std::min<std::uint64_t>(n, map->size() - at));
+        if (!guardedCopy(to, map->data() + at, n))
+            throw ParseError(path, kChanged);
+        return n;
     }
 };
 
@@ -74,11 +68,8 @@ struct OpenCapture {
 }
 
 void readExactly(const OpenCapture& f, void* to, std::size_t n, std::uint64_t at) {
-    const std::uint8_t* bytes = nullptr;
-    if (f.bytesAt(at, n, static_cast<std::uint8_t*>(to), bytes) != n)
+    if (f.bytesAt(at, n, static_cast<std::uint8_t*>(to)) != n)
         noFrame(f.path, at);
-    if (bytes != to)
-        std::memcpy(to, bytes, n);
 }
 
 // Opens the bytes the frames are read from: the file, or the inflated copy of
@@ -100,9 +91,8 @@ void openFrames(OpenCapture& f, const std::string& from) {
 OpenCapture& openCapture(const std::string& path, const struct stat& st,
                          const FileVersion& version) {
     thread_local OpenCapture f;
-    const bool mapped = readThroughMapping.load(std::memory_order_relaxed);
-    if ((f.fd >= 0 || f.map) && f.path == path && f.device == st.st_dev && f.inode == st.st_ino &&
-        f.version == version && (f.map != nullptr) == mapped)
+    if (f.fd >= 0 && f.path == path && f.device == st.st_dev && f.inode == st.st_ino &&
+        f.version == version)
         return f;
     f.close();
     f.path = path;
@@ -113,8 +103,7 @@ OpenCapture& openCapture(const std::string& path, const struct stat& st,
             from = inflatedCopy(path, version);
             openFrames(f, from);
         }
-        if (mapped)
-            f.map = std::make_unique<MappedFile>(from, MappedFile::Access::AnyOrder);
+        f.map = std::make_unique<MappedFile>(from, MappedFile::Access::AnyOrder);
     } catch (...) {
         f.close();
         throw;
@@ -143,36 +132,22 @@ void asEthernet(const OpenCapture& f, std::uint32_t linkType, std::uint64_t offs
     buffer.swap(rewritten);
 }
 
-// Bytes read with a record header in the same call: enough for any frame of
-// these protocols, so that a frame costs one read instead of two.
-constexpr std::size_t kRecordReadAhead = 256;
-
 void readPcapRecord(const OpenCapture& f, std::uint64_t offset, std::uint64_t fileSize,
                     std::vector<std::uint8_t>& buffer) {
     if (offset < kPcapFileHeaderSize || fileSize - offset < kPcapRecordHeaderSize)
         noFrame(f.path, offset);
-    std::uint8_t scratch[kPcapRecordHeaderSize + kRecordReadAhead];
-    const std::size_t want =
-        static_cast<std::size_t>(std::min<std::uint64_t>(sizeof scratch, fileSize - offset));
-    const std::uint8_t* chunk = nullptr;
-    const std::size_t got = f.bytesAt(offset, want, scratch, chunk);
-    if (got < kPcapRecordHeaderSize)
-        noFrame(f.path, offset);
+    std::uint8_t head[kPcapRecordHeaderSize];
+    readExactly(f, head, sizeof head, offset);
     const bool big = f.pcap->bigEndian;
-    std::uint32_t captured = ByteReader::load32(chunk + 8, big);
-    std::uint32_t original = ByteReader::load32(chunk + 12, big);
+    std::uint32_t captured = ByteReader::load32(head + 8, big);
+    std::uint32_t original = ByteReader::load32(head + 12, big);
     // Bytes from the middle of a frame rarely pass for a record header, and
     // the frame decoders check the rest.
     if (!plausibleRecord(captured, original) ||
         captured > fileSize - offset - kPcapRecordHeaderSize)
         noFrame(f.path, offset);
-    const std::size_t ahead = got - kPcapRecordHeaderSize;
-    if (captured <= ahead) {
-        buffer.assign(chunk + kPcapRecordHeaderSize, chunk + kPcapRecordHeaderSize + captured);
-    } else {
-        buffer.resize(captured);
-        readExactly(f, buffer.data(), captured, offset + kPcapRecordHeaderSize);
-    }
+    buffer.resize(captured);
+    readExactly(f, buffer.data(), captured, offset + kPcapRecordHeaderSize);
     asEthernet(f, f.pcap->linkType, offset, buffer);
 }
 
@@ -207,16 +182,40 @@ void readPcapngBlock(const OpenCapture& f, std::uint64_t offset, std::uint64_t f
 
 namespace {
 
-// The open file, after making sure it is still the one that was parsed.
-const OpenCapture& openUnchanged(const std::string& path) {
+struct Seen {
     struct stat st {};
-    if (::stat(path.c_str(), &st) != 0)
+    FileVersion version;
+};
+
+Seen seen(const std::string& path) {
+    Seen s;
+    if (::stat(path.c_str(), &s.st) != 0)
         throw ParseError(path, "the file is gone");
-    const FileVersion now{static_cast<std::uint64_t>(st.st_size),
-                          st.st_mtim.tv_sec * 1'000'000'000LL + st.st_mtim.tv_nsec};
-    if (auto parsed = FileRegistry::lookup(path); parsed && !(*parsed == now))
-        throw ParseError(path, "the file has changed since it was parsed");
-    return openCapture(path, st, now);
+    s.version = {static_cast<std::uint64_t>(s.st.st_size),
+                 s.st.st_mtim.tv_sec * 1'000'000'000LL + s.st.st_mtim.tv_nsec};
+    return s;
+}
+
+// The file as it is now, after making sure it is still the one that was parsed.
+Seen seenUnchanged(const std::string& path) {
+    const Seen now = seen(path);
+    if (auto parsed = FileRegistry::lookup(path); parsed && !(*parsed == now.version))
+        throw ParseError(path, kChanged);
+    return now;
+}
+
+// Reads from the open file. A read that fails because the file changed under
+// it, cut short or half rewritten, tells the change rather than what the
+// bytes it found looked like.
+template <typename Read> void readUnchanged(const std::string& path, Read read) {
+    const Seen before = seenUnchanged(path);
+    try {
+        read(openCapture(path, before.st, before.version));
+    } catch (const ParseError&) {
+        if (!(seen(path).version == before.version))
+            throw ParseError(path, kChanged);
+        throw;
+    }
 }
 
 void readAt(const OpenCapture& f, std::uint64_t offset, std::vector<std::uint8_t>& buffer) {
@@ -230,13 +229,9 @@ void readAt(const OpenCapture& f, std::uint64_t offset, std::vector<std::uint8_t
 
 } // namespace
 
-void FrameReader::setReadThroughMapping(bool mapped) {
-    readThroughMapping.store(mapped);
-}
-
 void FrameReader::read(const std::string& path, std::uint64_t offset,
                        std::vector<std::uint8_t>& buffer) {
-    readAt(openUnchanged(path), offset, buffer);
+    readUnchanged(path, [&](const OpenCapture& f) { readAt(f, offset, buffer); });
 }
 
 void FrameReader::readEach(
@@ -244,12 +239,13 @@ void FrameReader::readEach(
     const std::function<void(std::size_t, std::vector<std::uint8_t>&)>& use) {
     if (offsets.empty())
         return;
-    const OpenCapture& f = openUnchanged(path);
-    thread_local std::vector<std::uint8_t> buffer;
-    for (std::size_t i = 0; i < offsets.size(); ++i) {
-        readAt(f, offsets[i], buffer);
-        use(i, buffer);
-    }
+    readUnchanged(path, [&](const OpenCapture& f) {
+        thread_local std::vector<std::uint8_t> buffer;
+        for (std::size_t i = 0; i < offsets.size(); ++i) {
+            readAt(f, offsets[i], buffer);
+            use(i, buffer);
+        }
+    });
 }
 
 } // namespace TavIec61850Parser

@@ -22,10 +22,6 @@ public:
     // open file is shared per thread.
     static void readEach(const std::string& path, const std::vector<std::uint64_t>& offsets,
                          const std::function<void(std::size_t, std::vector<std::uint8_t>&)>& use);
-
-    // Frames are read through a mapping of the file (the default), or with a
-    // system call each: benchmarks compare the two in one run.
-    static void setReadThroughMapping(bool mapped);
 };
 
 } // namespace TavIec61850Parser

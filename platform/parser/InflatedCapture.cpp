@@ -47,14 +47,22 @@ std::unique_ptr<MappedFile> mapInflated(const std::string& path, const MappedFil
 }
 
 std::string inflatedCopy(const std::string& path, const FileVersion& version) {
-    const std::string copy = FileRegistry::copyOf(path).value_or(copyFor(path, version));
+    // Only a capture still open is read again: a closed one's copy went with
+    // it, and a copy made now would be one that nothing ever removes.
+    const auto remembered = FileRegistry::copyOf(path);
+    if (!remembered)
+        throw ParseError(path, "the file is no longer open");
     std::error_code ec;
-    if (std::filesystem::exists(copy, ec))
-        return copy;
+    if (std::filesystem::exists(*remembered, ec))
+        return *remembered;
+    // The cache folder was cleaned under it: inflated again, and remembered,
+    // so that closing the file removes this copy too.
+    const std::string copy = copyFor(path, version);
     const MappedFile compressed(path);
     const std::atomic<bool> never{false};
-    inflateInto(path, compressed, copyFor(path, version), never, nullptr);
-    return copyFor(path, version);
+    inflateInto(path, compressed, copy, never, nullptr);
+    FileRegistry::rememberCopy(path, copy);
+    return copy;
 }
 
 void forgetInflated(const std::string& path) {

@@ -20,7 +20,8 @@ std::unique_ptr<MappedFile> mapInflated(const std::string& path, const MappedFil
                                         const std::function<void(double)>& progress);
 
 // Path of the inflated copy to read frames from, inflating the file again when
-// the copy has gone (a cleaned cache folder).
+// the copy has gone (a cleaned cache folder). Throws ParseError for a file
+// that is not open (never parsed, or closed since).
 std::string inflatedCopy(const std::string& path, const FileVersion& version);
 
 // Removes the copy made for the file, if any, with what was remembered of it.

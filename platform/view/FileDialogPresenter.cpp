@@ -3,6 +3,7 @@
 #include "platform/view/GtkWidgetHelper.h"
 
 #include <gtkmm/filechooserdialog.h>
+#include <sstream>
 
 namespace Tav {
 
@@ -21,7 +22,9 @@ FileDialogPresenter::show(IView* parent, const std::string& title,
     for (const auto& [name, pattern] : filters) {
         auto filter = Gtk::FileFilter::create();
         filter->set_name(name);
-        filter->add_pattern(pattern);
+        std::istringstream patterns(pattern);
+        for (std::string glob; patterns >> glob;)
+            filter->add_pattern(glob);
         dialog.add_filter(filter);
     }
     if (Gtk::Window* window = GtkWidgetHelper::getParentWindow(parent))

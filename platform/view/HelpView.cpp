@@ -1,5 +1,6 @@
 #include "platform/view/HelpView.h"
 
+#include "platform/common/DataFiles.h"
 #include "platform/common/Log.h"
 #include "platform/view/DialogPresenter.h"
 #include "platform/view/GtkWidgetHelper.h"
@@ -14,7 +15,7 @@ namespace Tav {
 
 void HelpView::show(IView* parent, const std::string& path) {
     std::error_code ec;
-    const std::filesystem::path absolute = std::filesystem::absolute(path, ec);
+    const std::filesystem::path absolute = std::filesystem::absolute(dataFile(path), ec);
     if (ec || !std::filesystem::is_regular_file(absolute, ec)) {
         TavLog::Log::writeError("Не найден файл справки: " + path);
         DialogPresenter::show(parent, "Не найден файл справки", path, DialogResult::Error);

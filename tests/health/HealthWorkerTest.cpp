@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <mutex>
 #include <thread>
 
@@ -34,11 +35,12 @@ struct Deliveries {
     std::vector<std::string> remarks;
 
     HealthWorker::Deliver slot() {
-        return [this](std::size_t i, std::shared_ptr<const StreamHealth> h, const std::string&) {
-            std::lock_guard guard(lock);
-            indices.push_back(i);
-            remarks.push_back(h ? remarksText(*h) : "error");
-        };
+        return
+            [this](std::size_t i, std::shared_ptr<const StreamHealth> h, const std::string& error) {
+                std::lock_guard guard(lock);
+                indices.push_back(i);
+                remarks.push_back(h ? remarksText(*h) : "error: " + error);
+            };
     }
     std::size_t count() {
         std::lock_guard guard(lock);
@@ -58,6 +60,23 @@ TEST(HealthWorker, DeliversEveryStreamInTheOrderGiven) {
     EXPECT_EQ(got.indices, (std::vector<std::size_t>{0, 1, 2}));
     EXPECT_EQ(got.remarks,
               (std::vector<std::string>{"smpcnt_duplicates 1", "smpcnt_duplicates 1", ""}));
+}
+
+// A file gone since the parse: its reason alone, which the window words in its
+// own language beside the stream's name.
+TEST(HealthWorker, DeliversTheReasonAStreamCouldNotBeChecked) {
+    const std::string copy = TavTest::tempDir() + "/worker_gone.pcap";
+    std::filesystem::copy_file(TavTest::generated("worker_small", {}), copy,
+                               std::filesystem::copy_options::overwrite_existing);
+    Loaded loaded(copy);
+    std::filesystem::remove(copy);
+    Deliveries got;
+    HealthWorker worker;
+    worker.start(loaded.targets, got.slot());
+    while (got.count() < loaded.targets.size())
+        std::this_thread::yield();
+    worker.stop();
+    EXPECT_EQ(got.remarks.front(), "error: the file is gone");
 }
 
 TEST(HealthWorker, DeliversNothingOnceStopped) {

@@ -47,13 +47,17 @@ class StreamChecksTest : public testing::TestWithParam<Case> {};
 TEST_P(StreamChecksTest, CountsAndEventTimesAreExact) {
     const Case& c = GetParam();
     const StreamHealth health = checkFirstStream(TavTest::generated("health_" + c.name, c.options));
+    // Every count and event kind also has the name the window shows.
     for (const auto& count : healthCounts(health)) {
         const auto expected = c.counts.find(count.name);
         EXPECT_EQ(count.value, expected == c.counts.end() ? 0 : expected->second) << count.name;
+        EXPECT_NE(labelOf(count.name), count.name);
     }
     std::vector<std::pair<std::string, std::int64_t>> events;
-    for (const auto& e : health.events)
+    for (const auto& e : health.events) {
         events.emplace_back(e.kind, sinceStart(e.time));
+        EXPECT_NE(labelOf(e.kind), e.kind);
+    }
     EXPECT_EQ(events, c.events);
     EXPECT_EQ(health.eventCount, health.events.size());
     EXPECT_EQ(health.unreadableFrames, 0u);
@@ -121,10 +125,13 @@ INSTANTIATE_TEST_SUITE_P(
                           {"quality", 502'500 * kUs},
                           {"quality", 1000 * kMs},
                           {"quality", 1001 * kMs}}},
-                    Case{"sv_simulation",
-                         sv({"--simulation"}),
-                         {{"simulated_frames", 6000}},
-                         {{"simulated_frames", 0}}},
+                    // A stream's first frame sets the starting state: flags and
+                    // quality held from it on are counted but are no change.
+                    Case{"sv_simulation", sv({"--simulation"}), {{"simulated_frames", 6000}}, {}},
+                    Case{"sv_quality_from_start",
+                         sv({"--sv-fault", "quality:0x2000@0x6000"}),
+                         {{"derived_samples", 6000}},
+                         {}},
                     Case{"sv_prp", sv({"--prp-pairs"}), {{"lan_duplicates", 6000}}, {}},
                     Case{"sv_prp_lost",
                          sv({"--prp-pairs", "--sv-fault", "lose-b@0.5x2"}),

@@ -84,6 +84,22 @@ TEST(BackgroundJob, OnlyTheNewestUnstoppedWorkOfALiveJobIsHandedOver) {
         posted.runAll();
         EXPECT_TRUE(shown.empty());
 
+        // A user's cancel: the work ends early and what it says of that shows.
+        job.start<int>(
+            [](const std::atomic<bool>& cancel, const auto&) {
+                while (!cancel.load())
+                    std::this_thread::yield();
+                return 6;
+            },
+            std::function<void(int)>(show));
+        EXPECT_TRUE(job.running());
+        job.cancel();
+        posted.waitFor(1);
+        posted.runAll();
+        EXPECT_EQ(shown, (std::vector<int>{6}));
+        EXPECT_FALSE(job.running());
+        shown.clear();
+
         // Done, posted, and the job destroyed before the interface runs it.
         job.start<int>([](const std::atomic<bool>&, const auto&) { return 4; },
                        std::function<void(int)>(show));

@@ -35,10 +35,11 @@ TEST(SvChannel, SourceTypeSetsTheScaleAndUnknownValuesChangeNothing) {
     channel.setTransformRatio(5.0f);
     channel.setSourceType(AnalogChannelSourceType::Current);
     EXPECT_EQ(channel.getTransformRatio(), 0.001f);
-    EXPECT_EQ(channel.getSerie().gain, 2.0f);
+    EXPECT_EQ(channel.getSerie().unit, "А");
+    EXPECT_EQ(channel.getSerie().gain, 1.0f);
     channel.setSourceType(AnalogChannelSourceType::Voltage);
     EXPECT_EQ(channel.getTransformRatio(), 0.01f);
-    EXPECT_EQ(channel.getSerie().gain, 1.0f);
+    EXPECT_EQ(channel.getSerie().unit, "В");
 
     channel.setTransformRatio(7.0f);
     channel.setSourceType(static_cast<AnalogChannelSourceType>(9));

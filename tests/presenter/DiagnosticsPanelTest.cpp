@@ -54,21 +54,23 @@ TEST_F(DiagnosticsPanel, ListsVerdictsThenThePickedStreamsEventsWhichMoveTheOsci
     load(TavTest::generated("panel_faults", {"--sv", "1", "--goose", "1", "--sv-fault",
                                              "drop@0.5x3", "--goose-fault", "repeat@0.1"}),
          2);
-    EXPECT_EQ(panel().getLines(),
-              (std::vector<DiagnosticsLine>{
-                  {"SV TavnaSV00", "smpcnt_discontinuities 1, missing_samples 3"},
-                  {"GOOSE TavnaGOOSE00", "sqnum_repeats 1"}}));
+    EXPECT_EQ(panel().getLines(), (std::vector<DiagnosticsLine>{
+                                      {"SV TavnaSV00", "разрывы smpCnt: 1, пропущенные выборки: 3"},
+                                      {"GOOSE TavnaGOOSE00", "повторы sqNum: 1"}}));
 
     packages().select(packages().getSvProto().getGroups().getItems()[0].get());
-    EXPECT_EQ(panel().getHeading(),
-              "SV TavnaSV00: smpcnt_discontinuities 1, missing_samples 3");
+    EXPECT_EQ(panel().getHeading(), "SV TavnaSV00: разрывы smpCnt: 1, пропущенные выборки: 3");
     const auto lines = panel().getLines();
     ASSERT_GE(lines.size(), 2u);
     EXPECT_EQ(lines.back(),
-              (DiagnosticsLine{"0.500750 с",
-                               "smpcnt_discontinuities: smpCnt 1999 -> 2003, пропущено 3"}));
-    EXPECT_NE(std::find(lines.begin(), lines.end(), DiagnosticsLine{"missing_samples", "3"}),
+              (DiagnosticsLine{"0.500750 с", "разрывы smpCnt: smpCnt 1999 -> 2003, пропущено 3"}));
+    EXPECT_NE(std::find(lines.begin(), lines.end(), DiagnosticsLine{"пропущенные выборки", "3"}),
               lines.end());
+    // Every count and measure is named in Russian, none by its report key.
+    for (std::size_t i = 0; i + 1 < lines.size(); ++i)
+        EXPECT_TRUE(std::any_of(lines[i].name.begin(), lines[i].name.end(), [](char c) {
+            return (c & 0x80) != 0;
+        })) << lines[i].name;
 
     panel().activateEvent(0);
     double from = 0, to = 0;
@@ -78,12 +80,26 @@ TEST_F(DiagnosticsPanel, ListsVerdictsThenThePickedStreamsEventsWhichMoveTheOsci
 
     // A clean stream says so; no pick brings the list back.
     packages().select(packages().getGooseProto().getGroups().getItems()[0].get());
-    EXPECT_EQ(panel().getHeading(), "GOOSE TavnaGOOSE00: sqnum_repeats 1");
+    EXPECT_EQ(panel().getHeading(), "GOOSE TavnaGOOSE00: повторы sqNum: 1");
     packages().select(nullptr);
     EXPECT_EQ(panel().getLines().size(), 2u);
     load(TavTest::generated("panel_clean", {"--sv", "1", "--vlan", "5", "--start", "1700000000.5"}),
          3);
     EXPECT_TRUE(anyLine("нет замечаний"));
+}
+
+// The protocols keep their streams in hash order; the panel lists them as the
+// stream list does, SV then GOOSE, each by destination MAC.
+TEST_F(DiagnosticsPanel, ListsStreamsInTheStreamListsOrder) {
+    load(TavTest::generated("panel_order", {"--sv", "12", "--goose", "12", "--duration", "0.05"}),
+         24);
+    std::vector<std::string> titles, expected;
+    for (const auto& line : panel().getLines())
+        titles.push_back(line.name);
+    for (const char* kind : {"SV TavnaSV", "GOOSE TavnaGOOSE"})
+        for (int i = 0; i < 12; ++i)
+            expected.push_back(kind + std::string(i < 10 ? "0" : "") + std::to_string(i));
+    EXPECT_EQ(titles, expected);
 }
 
 } // namespace

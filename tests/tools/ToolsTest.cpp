@@ -123,6 +123,14 @@ std::vector<ExitCase> exitCases() {
         {"inspect_ok", "TAVNA_INSPECT", {small}, 0, ""},
         {"inspect_help", "TAVNA_INSPECT", {"--help"}, 0, ""},
         {"inspect_read_in_part", "TAVNA_INSPECT", {small, cut}, 3, cut + ": truncated"},
+        {"gen_bad_scl_mismatch",
+         "TAVNA_GEN",
+         {"x.pcap", "--scl", "x.scd", "--scl-mismatch", "colour"},
+         2,
+         "confRev"},
+        {"gen_scl_mismatch_alone", "TAVNA_GEN", {"x.pcap", "--scl-mismatch", "appid"}, 2, "--scl"},
+        {"inspect_scl_not_scl", "TAVNA_INSPECT", {"--scl", notes, small}, 1, notes + ":1: "},
+        {"inspect_scl_with_check", "TAVNA_INSPECT", {"--check", "--scl", notes, small}, 2, "usage"},
     };
 }
 

@@ -2,6 +2,8 @@
 // from it has the band the frames themselves give, and a store dropped in the
 // middle of a build stops at once and reports nothing.
 #include "waveform/SummaryStore.h"
+#include "platform/gzip/GzipCache.h"
+#include "platform/parser/FileRegistry.h"
 #include "platform/parser/PcapParser.h"
 #include "tests/support/TestCaptures.h"
 #include "waveform/SvTrace.h"
@@ -11,6 +13,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <filesystem>
 #include <map>
 #include <thread>
 
@@ -83,6 +86,31 @@ TEST(SummaryStore, DroppedMidBuildStopsAndReportsNothing) {
         EXPECT_EQ(store.find(loaded.stream(), clocks.of(loaded.stream())), nullptr);
     }
     EXPECT_EQ(ready.load(), 0);
+}
+
+// A summary queued for a compressed capture that is closed before its build
+// must not inflate the capture again: that copy would never be removed.
+TEST(SummaryStore, ClosedCompressedCaptureIsNotInflatedAgain) {
+    const auto path =
+        TavTest::generated("summary-gzip", {"--sv", "1", "--duration", "5", "--gzip"});
+    Loaded loaded(path);
+    const auto version = TavIec61850Parser::FileRegistry::lookup(path);
+    ASSERT_TRUE(version);
+    const auto copy = TavGzip::GzipCache::copyPath(path, version->size, version->mtimeNs);
+    ASSERT_TRUE(std::filesystem::exists(copy));
+    TavStream::StreamClocks clocks;
+    const auto& clock = clocks.of(loaded.stream());
+    TavIec61850Parser::PcapParser::forgetFile(path);
+    ASSERT_FALSE(std::filesystem::exists(copy));
+
+    std::atomic<int> ready{0};
+    {
+        SummaryStore store([&] { ++ready; });
+        EXPECT_EQ(store.find(loaded.stream(), clock), nullptr);
+        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    }
+    EXPECT_EQ(ready.load(), 0);
+    EXPECT_FALSE(std::filesystem::exists(copy));
 }
 
 } // namespace

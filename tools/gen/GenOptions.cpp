@@ -1,6 +1,7 @@
 #include "tools/gen/GenOptions.h"
 
 #include "tools/gen/CaptureVariants.h"
+#include "tools/gen/SclWriter.h"
 #include "tools/gen/SharedPublisher.h"
 #include "tools/gen/SignalOptions.h"
 #include "tools/gen/StreamNaming.h"
@@ -214,6 +215,16 @@ Scenario toScenario(const RawOptions& o) {
     return s;
 }
 
+std::string sclMismatch(const std::string& field) {
+    const auto& fields = sclMismatchFields();
+    if (std::find(fields.begin(), fields.end(), field) != fields.end())
+        return field;
+    std::string known;
+    for (const auto& f : fields)
+        known += (known.empty() ? "" : ", ") + f;
+    throw UsageError("--scl-mismatch takes one of " + known + ", not '" + field + "'");
+}
+
 } // namespace
 
 std::uint64_t parseSeconds(const std::string& text) {
@@ -259,6 +270,10 @@ GenRequest parseArguments(const std::vector<std::string>& args) {
                 throw UsageError(a + " needs a value");
             if (a == "--demo")
                 request.demoDir = args[++i];
+            else if (a == "--scl")
+                request.sclOut = args[++i];
+            else if (a == "--scl-mismatch")
+                request.sclMismatches.push_back(sclMismatch(args[++i]));
             else
                 applyValue(raw, a, args[++i]);
         } else if (request.out.empty()) {
@@ -269,6 +284,8 @@ GenRequest parseArguments(const std::vector<std::string>& args) {
     }
     if (request.demoDir.empty() && request.out.empty())
         throw UsageError("no output file given");
+    if (!request.sclMismatches.empty() && request.sclOut.empty())
+        throw UsageError("--scl-mismatch needs --scl");
     if (!request.demoDir.empty() && !request.out.empty())
         throw UsageError("--demo writes into a folder and takes no output file");
     request.scenario = toScenario(raw);
@@ -320,6 +337,12 @@ const char* usageText() {
   --gzip                                   write the capture gzip-compressed
   --shared-publisher                       every SV stream from one port: the first
                                            one's MACs, APPID and data set, own svID
+  --scl OUT.scd                            also write the substation configuration
+                                           (SCL) of the streams written
+  --scl-mismatch FIELD                     (repeatable) every control block of that
+                                           configuration differs from the capture
+                                           in FIELD: confRev, appid, dst, vlan,
+                                           datSet, entries, smpRate, nofASDU, id
   --sv-fault F --goose-fault F             (repeatable) a fault in every SV or GOOSE
                                            stream: KIND[:VALUE]@SEC[xCOUNT] with KIND
                                            drop, repeat, reorder, pause:SEC, lose-a,

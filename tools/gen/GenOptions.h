@@ -19,6 +19,8 @@ struct GenRequest {
     std::string demoDir; // set for --demo
     std::string out;
     Scenario scenario;
+    std::string sclOut; // the configuration of what is written, when set
+    std::vector<std::string> sclMismatches;
 };
 
 GenRequest parseArguments(const std::vector<std::string>& args);

@@ -1,5 +1,6 @@
 #include "tools/gen/Demo.h"
 #include "tools/gen/GenOptions.h"
+#include "tools/gen/SclWriter.h"
 
 #include <filesystem>
 #include <iostream>
@@ -22,6 +23,8 @@ int main(int argc, char** argv) {
             writeDemo(request.demoDir);
         else
             writeCapture(request.out, request.scenario);
+        if (!request.sclOut.empty())
+            writeScl(request.sclOut, request.scenario, request.sclMismatches);
     } catch (const std::exception& e) {
         std::cerr << "tavna-gen: " << e.what() << "\n";
         // A half-written capture would only be mistaken for a truncated one later.

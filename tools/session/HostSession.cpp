@@ -60,7 +60,7 @@ int runHostSession(const HostRun& run, const std::function<void()>& user) {
 
     const auto before = std::filesystem::current_path();
     std::filesystem::current_path(run.workingFolder);
-    TavHost::loadStyleSheet(run.executable.c_str());
+    TavHost::loadStyleSheet();
     int code = 0;
     std::exception_ptr failure;
     std::atomic<bool> userDone{false};

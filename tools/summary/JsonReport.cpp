@@ -1,5 +1,6 @@
 #include "tools/summary/JsonWriter.h"
 #include "tools/summary/Reports.h"
+#include "tools/summary/SclCheck.h"
 
 namespace TavInspect {
 
@@ -104,7 +105,7 @@ void writeStreamFields(JsonWriter& json, const StreamTable& table, const StreamR
     writeLine(json, "prp_line", e.prp ? e.prp->line : std::nullopt);
 }
 
-void writeJson(std::ostream& out, const StreamTable& table) {
+void writeJson(std::ostream& out, const StreamTable& table, const SclCheck* scl) {
     JsonWriter json(out);
     json.beginObject();
     writeFiles(json, table);
@@ -116,6 +117,8 @@ void writeJson(std::ostream& out, const StreamTable& table) {
         json.endObject();
     }
     json.endArray();
+    if (scl)
+        writeSclJson(json, *scl);
     json.endObject();
 }
 

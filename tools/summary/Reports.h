@@ -9,8 +9,9 @@ namespace TavInspect {
 // One line per stream, then one line per file.
 void writeText(std::ostream& out, const StreamTable& table);
 
-// {"files": [...], "streams": [...]}
-void writeJson(std::ostream& out, const StreamTable& table);
+class SclCheck;
+// {"files": [...], "streams": [...]}, and "scl" when a configuration is given.
+void writeJson(std::ostream& out, const StreamTable& table, const SclCheck* scl = nullptr);
 
 class JsonWriter;
 // The fields that name and count one stream, inside an object already begun.
@@ -23,8 +24,9 @@ void writeHealthText(std::ostream& out, const StreamTable& table);
 void writeHealthJson(std::ostream& out, const StreamTable& table);
 
 // The samples of one stream as CSV: SV one row per ASDU, GOOSE one per frame.
+// Columns are named v0, v1 ... past the `names` given.
 // Throws ParseError when a frame cannot be read back.
 void writeValues(std::ostream& out, const StreamRef& stream, const StreamTable& table,
-                 int timeDecimals);
+                 int timeDecimals, const std::vector<std::string>& names = {});
 
 } // namespace TavInspect

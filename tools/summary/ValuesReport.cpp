@@ -32,15 +32,24 @@ std::string sampleTime(std::int64_t ns, int decimals) {
     return formatTime(t, decimals);
 }
 
-void writeSvRows(std::ostream& out, const StreamRef& stream, const StreamTable& table,
-                 int decimals) {
+// The header's value columns: the configured names, then v<index>.
+void valueColumns(std::ostream& out, std::size_t count, const std::vector<std::string>& names) {
+    for (std::size_t c = 0; c < count; ++c) {
+        if (c < names.size())
+            out << ',' << names[c];
+        else
+            out << ",v" << c;
+    }
+}
+
+void writeSvRows(std::ostream& out, const StreamRef& stream, const StreamTable& table, int decimals,
+                 const std::vector<std::string>& names) {
     // Only data sets that are not whole 8-byte entries get the column, so
     // that ordinary streams keep their table.
     const bool withRest = stream.sv->seqDataBytes % 8 != 0;
     const TavStream::SamplingClock& clock = table.clocks().of(*stream.sv);
     out << "time,sample_time,smpCnt";
-    for (std::uint32_t c = 0; c < stream.sv->valuesPerAsdu; ++c)
-        out << ",v" << c;
+    valueColumns(out, stream.sv->valuesPerAsdu, names);
     if (withRest)
         out << ",rest";
     out << '\n';
@@ -78,10 +87,10 @@ std::string numberText(float v) {
     return text;
 }
 
-void writeGooseRows(std::ostream& out, const StreamRef& stream, int decimals) {
+void writeGooseRows(std::ostream& out, const StreamRef& stream, int decimals,
+                    const std::vector<std::string>& names) {
     out << "time,stNum,sqNum";
-    for (std::uint32_t c = 0; c < stream.goose->entries; ++c)
-        out << ",v" << c;
+    valueColumns(out, stream.goose->entries, names);
     out << '\n';
     for (const auto& placed : StreamTable::packagesInTimeOrder(stream)) {
         const auto pdu = TavIec61850Parser::GooseParser::parseGoosePDUFromFile(
@@ -96,11 +105,11 @@ void writeGooseRows(std::ostream& out, const StreamRef& stream, int decimals) {
 } // namespace
 
 void writeValues(std::ostream& out, const StreamRef& stream, const StreamTable& table,
-                 int timeDecimals) {
+                 int timeDecimals, const std::vector<std::string>& names) {
     if (stream.sv)
-        writeSvRows(out, stream, table, timeDecimals);
+        writeSvRows(out, stream, table, timeDecimals, names);
     else
-        writeGooseRows(out, stream, timeDecimals);
+        writeGooseRows(out, stream, timeDecimals, names);
 }
 
 } // namespace TavInspect

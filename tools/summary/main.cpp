@@ -3,9 +3,11 @@
 #include "tools/summary/LiveCommand.h"
 #include "tools/summary/MeasureCommand.h"
 #include "tools/summary/Reports.h"
+#include "tools/summary/SclCheck.h"
 
 #include <charconv>
 #include <iostream>
+#include <memory>
 
 namespace {
 
@@ -13,6 +15,7 @@ namespace {
 constexpr int kReadInPart = 3;
 
 const char* kUsage = "usage: tavna-inspect [--check] [--json | --values K] FILE...\n"
+                     "       tavna-inspect --scl SCL [--scl SCL...] [--json | --values K] FILE...\n"
                      "       tavna-inspect --comtrade OUT [--streams K,L,...] [--from S --to S] "
                      "[--rev 1999|2013] [--ascii] [--trigger T] FILE...\n"
                      "       tavna-inspect --measure [--from S --to S] [--json] FILE...\n"
@@ -25,6 +28,7 @@ struct Options {
     bool values = false;
     std::size_t valuesStream = 0;
     std::vector<std::string> files;
+    std::vector<std::string> scl;
 };
 
 bool parseOptions(const std::vector<std::string>& args, Options& o) {
@@ -42,13 +46,18 @@ bool parseOptions(const std::vector<std::string>& args, Options& o) {
             if (ec != std::errc() || end != k.data() + k.size())
                 return false;
             o.values = true;
+        } else if (a == "--scl") {
+            if (++i >= args.size())
+                return false;
+            o.scl.push_back(args[i]);
         } else if (a.rfind("--", 0) == 0) {
             return false;
         } else {
             o.files.push_back(a);
         }
     }
-    return !o.files.empty() && !(o.json && o.values) && !(o.check && o.values);
+    return !o.files.empty() && !(o.json && o.values) && !(o.check && o.values) &&
+           !(o.check && !o.scl.empty());
 }
 
 } // namespace
@@ -71,14 +80,17 @@ int main(int argc, char** argv) {
         return 2;
     }
     TavInspect::StreamTable table;
+    std::unique_ptr<TavInspect::SclCheck> scl;
     try {
         table.load(options.files);
+        if (!options.scl.empty())
+            scl = std::make_unique<TavInspect::SclCheck>(options.scl, table);
         if (options.check && options.json) {
             TavInspect::writeHealthJson(std::cout, table);
         } else if (options.check) {
             TavInspect::writeHealthText(std::cout, table);
         } else if (options.json) {
-            TavInspect::writeJson(std::cout, table);
+            TavInspect::writeJson(std::cout, table, scl.get());
         } else if (options.values) {
             if (options.valuesStream >= table.streams().size()) {
                 std::cerr << "tavna-inspect: no stream " << options.valuesStream << " (there are "
@@ -86,9 +98,13 @@ int main(int argc, char** argv) {
                 return 2;
             }
             const auto& stream = table.streams()[options.valuesStream];
-            TavInspect::writeValues(std::cout, stream, table, table.timeDecimals(stream));
+            TavInspect::writeValues(std::cout, stream, table, table.timeDecimals(stream),
+                                    scl ? scl->channelNames(options.valuesStream)
+                                        : std::vector<std::string>());
         } else {
             TavInspect::writeText(std::cout, table);
+            if (scl)
+                TavInspect::writeSclText(std::cout, *scl);
         }
     } catch (const std::exception& e) {
         std::cout.flush();
@@ -96,6 +112,10 @@ int main(int argc, char** argv) {
         return 1;
     }
     std::cout.flush();
+    if (scl)
+        for (const auto& file : scl->files())
+            for (const auto& warning : file.warnings)
+                std::cerr << "tavna-inspect: warning: " << warning << '\n';
     for (const auto& warning : table.warnings())
         std::cerr << "tavna-inspect: warning: read in part: " << warning << '\n';
     return table.warnings().empty() ? 0 : kReadInPart;

@@ -30,6 +30,20 @@ double wheelSteps(const GdkEventScroll* event) {
     return 0.0;
 }
 
+// [lo, hi] of `map` zoomed by `factor` around the value at pixel `anchorY`;
+// empty when the range would grow too narrow for the float values drawn.
+std::optional<std::pair<double, double>> zoomedAround(const AxisMap& map, double anchorY,
+                                                      double factor) {
+    const double lo = std::min(map.valueFrom(), map.valueTo());
+    const double hi = std::max(map.valueFrom(), map.valueTo());
+    const double anchor = std::clamp(map.toValue(anchorY), lo, hi);
+    const double newLo = anchor - (anchor - lo) * factor;
+    const double newHi = anchor + (hi - anchor) * factor;
+    if (!(newHi - newLo > 1e-9 * std::max(1.0, std::abs(anchor))) || !std::isfinite(newHi - newLo))
+        return std::nullopt;
+    return std::make_pair(newLo, newHi);
+}
+
 } // namespace
 
 Oscillograph::Oscillograph()
@@ -169,6 +183,7 @@ void Oscillograph::showWholeDuration() {
     const bool moved = window_.from() != 0.0 || window_.to() != window_.duration();
     window_.showAll();
     valueZoom_.reset();
+    secondZoom_.reset();
     windowChanged();
     if (moved)
         reportRangeAtNextFrame();
@@ -247,6 +262,7 @@ void Oscillograph::ensureLayout() {
         seriesExtent(input.from, input.to);
     input.series = &series_;
     input.valueRange = valueZoom_;
+    input.secondRange = secondZoom_;
     input.measure = measure_;
     layout_.compute(input);
     layoutDirty_ = false;
@@ -297,6 +313,12 @@ bool Oscillograph::_onDraw(const Cairo::RefPtr<Cairo::Context>& cr) {
     return true;
 }
 
+std::optional<double> Oscillograph::cursorTime() const {
+    if (!cursorX_)
+        return std::nullopt;
+    return layout_.mapper.xToTime(*cursorX_);
+}
+
 void Oscillograph::moveCursor(std::optional<double> x) {
     if (x == cursorX_)
         return;
@@ -340,16 +362,19 @@ bool Oscillograph::_onScroll(GdkEventScroll* event) {
     return true;
 }
 
+// Both value axes zoom around the same height, so the curves on them stay
+// where they were against each other.
 void Oscillograph::zoomValues(double anchorY, double factor) {
     ensureLayout();
-    const double lo = layout_.valueLo, hi = layout_.valueHi;
-    const double anchor = std::clamp(layout_.mapper.yToValue(anchorY), lo, hi);
-    const double newLo = anchor - (anchor - lo) * factor;
-    const double newHi = anchor + (hi - anchor) * factor;
-    // Below this the float values drawn would no longer differ.
-    if (!(newHi - newLo > 1e-9 * std::max(1.0, std::abs(anchor))) || !std::isfinite(newHi - newLo))
+    const auto zoomed = zoomedAround(layout_.mapper.value(), anchorY, factor);
+    if (!zoomed)
         return;
-    valueZoom_ = std::make_pair(newLo, newHi);
+    const auto second =
+        layout_.second ? zoomedAround(layout_.second->value, anchorY, factor) : std::nullopt;
+    if (layout_.second && !second)
+        return;
+    valueZoom_ = zoomed;
+    secondZoom_ = second;
     invalidateLayout();
 }
 

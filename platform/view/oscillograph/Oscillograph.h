@@ -41,6 +41,8 @@ public:
 
     // Home and double click: the whole duration, values fitted again.
     void showWholeDuration();
+    // The time under the pointer's cursor line, while there is one.
+    std::optional<double> cursorTime() const;
 
     // For tests: the parts of the widget and the current geometry.
     Gtk::DrawingArea& plotArea() { return area_; }
@@ -81,6 +83,7 @@ private:
     std::vector<std::pair<const Tav::Series*, std::vector<sigc::connection>>> watched_;
     TimeWindow window_;
     std::optional<std::pair<double, double>> valueZoom_;
+    std::optional<std::pair<double, double>> secondZoom_; // of the second value axis
     PlotLayout layout_;
     Cairo::RefPtr<Cairo::ImageSurface> measureSurface_;
     Cairo::RefPtr<Cairo::Context> measureContext_;

@@ -141,6 +141,19 @@ void OscillographPainter::paintLabels(const Cairo::RefPtr<Cairo::Context>& cr,
         const double y = layout.mapper.valueToY(t.value) + PlotLayout::FontSize / 2.0 - 1.0;
         showText(cr, plot.x - 6.0 - textWidth(cr, t.label), y, t.label);
     }
+    // The second axis stands inside the right edge: a margin of its own would
+    // change the plot's width, and with it what is read, as curves come and go.
+    if (layout.second) {
+        cr->set_line_width(1.0);
+        for (const Tick& t : layout.second->ticks.ticks) {
+            const double y = layout.second->value.toPixel(t.value);
+            cr->move_to(plot.right() - 4.0, crisp(y));
+            cr->line_to(plot.right(), crisp(y));
+            showText(cr, plot.right() - 6.0 - textWidth(cr, t.label),
+                     y + PlotLayout::FontSize / 2.0 - 1.0, t.label);
+        }
+        cr->stroke();
+    }
     setColor(cr, LaneText);
     for (const Lane& lane : layout.lanes) {
         const double y = lane.rect.y + (lane.rect.height + PlotLayout::FontSize) / 2.0 - 1.0;
@@ -332,7 +345,7 @@ void OscillographPainter::paintCursor(const Cairo::RefPtr<Cairo::Context>& cr,
         showText(cr, box.x + 22.0, baseline, c.series->description);
         const std::string value = c.discrete
                                       ? AxisTicks::formatFixed(*v, *v == std::round(*v) ? 0 : 2)
-                                      : ValueAxis::readout(*v);
+                                      : ValueAxis::readout(*v, c.series->unit);
         showText(cr, box.right() - 8.0 - textWidth(cr, value), baseline, value);
     }
     cr->restore();

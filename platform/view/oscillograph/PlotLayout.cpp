@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <tuple>
 
 namespace TavView {
 
@@ -41,11 +42,36 @@ void PlotLayout::compute(const Input& input) {
     placeLegend(input);
     placeLanes(input);
     buildCurves(input);
+    assignUnits();
     fitValues(input);
     timeTicks = TimeAxis::choose(from, to, plot.width, input.measure);
     valueTicks = hasAnalog || lanes.empty()
-                     ? ValueAxis::choose(valueLo, valueHi, analog.height, FontSize)
+                     ? ValueAxis::choose(valueLo, valueHi, analog.height, FontSize, valueUnit)
                      : TickSet{};
+    if (second)
+        second->ticks =
+            ValueAxis::choose(second->lo, second->hi, analog.height, FontSize, second->unit);
+}
+
+// The first analogue curve's unit takes the left axis, the first other unit
+// the second axis; curves of any further unit share the left one.
+void PlotLayout::assignUnits() {
+    valueUnit.clear();
+    second.reset();
+    bool first = true;
+    for (Curve& c : curves) {
+        c.onSecond = false;
+        if (c.discrete)
+            continue;
+        const std::string& unit = c.series->unit;
+        if (first) {
+            valueUnit = unit;
+            first = false;
+        } else if (!second && unit != valueUnit) {
+            second = SecondScale{unit, -1.0, 1.0, {}, {}};
+        }
+        c.onSecond = second && unit == second->unit;
+    }
 }
 
 void PlotLayout::placeLegend(const Input& input) {
@@ -127,43 +153,46 @@ void PlotLayout::buildCurves(const Input& input) {
     }
 }
 
-void PlotLayout::fitValues(const Input& input) {
-    if (input.valueRange) {
-        valueLo = input.valueRange->first;
-        valueHi = input.valueRange->second;
-    } else {
-        double lo = INFINITY, hi = -INFINITY;
-        for (const Curve& c : curves) {
-            if (c.discrete)
+// The visible values of the curves on one axis, with a margin.
+std::pair<double, double> PlotLayout::fitted(bool onSecond) const {
+    double lo = INFINITY, hi = -INFINITY;
+    for (const Curve& c : curves) {
+        if (c.discrete || c.onSecond != onSecond)
+            continue;
+        for (const ColumnPoint& p : c.pixels) {
+            // The points just outside the window would stretch the axis for nothing.
+            if (p.x < plot.x - 1.0 || p.x > plot.right() + 1.0 || !std::isfinite(p.y))
                 continue;
-            for (const ColumnPoint& p : c.pixels) {
-                // The points just outside the window would stretch the axis for nothing.
-                if (p.x < plot.x - 1.0 || p.x > plot.right() + 1.0 || !std::isfinite(p.y))
-                    continue;
-                lo = std::min(lo, static_cast<double>(p.y));
-                hi = std::max(hi, static_cast<double>(p.y));
-            }
+            lo = std::min(lo, static_cast<double>(p.y));
+            hi = std::max(hi, static_cast<double>(p.y));
         }
-        if (!(lo <= hi)) {
-            lo = -1.0;
-            hi = 1.0;
-        } else if (!(hi > lo)) {
-            const double pad = lo != 0.0 ? std::abs(lo) * 0.1 : 1.0;
-            lo -= pad;
-            hi += pad;
-        }
-        const double margin = (hi - lo) * 0.05;
-        valueLo = lo - margin;
-        valueHi = hi + margin;
     }
+    if (!(lo <= hi)) {
+        lo = -1.0;
+        hi = 1.0;
+    } else if (!(hi > lo)) {
+        const double pad = lo != 0.0 ? std::abs(lo) * 0.1 : 1.0;
+        lo -= pad;
+        hi += pad;
+    }
+    const double margin = (hi - lo) * 0.05;
+    return {lo - margin, hi + margin};
+}
+
+void PlotLayout::fitValues(const Input& input) {
+    std::tie(valueLo, valueHi) = input.valueRange.value_or(fitted(false));
     mapper =
         CoordinateMapper(from, to, plot.x, plot.width, valueLo, valueHi, analog.y, analog.height);
+    if (second) {
+        std::tie(second->lo, second->hi) = input.secondRange.value_or(fitted(true));
+        second->value = AxisMap(second->lo, second->hi, analog.bottom(), analog.y);
+    }
     std::map<std::uint32_t, const Lane*> laneOf;
     for (const Lane& lane : lanes)
         laneOf[lane.ordinal] = &lane;
     for (Curve& c : curves) {
         if (!c.discrete) {
-            c.value = mapper.value();
+            c.value = c.onSecond ? second->value : mapper.value();
         } else {
             float lo = 0.0f, hi = 0.0f;
             c.series->getRangeY(lo, hi);

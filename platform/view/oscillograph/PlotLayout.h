@@ -35,9 +35,21 @@ struct Curve {
     bool discrete = false;
     // More points than columns: drawn as one bar per column rather than a polyline.
     bool dense = false;
+    bool onSecond = false; // scaled by the second value axis
     double gain = 1.0;
     AxisMap value;
     std::vector<ColumnPoint> pixels; // x and y in pixels
+};
+
+// The scale of the analogue curves of a second unit, ticked inside the
+// plot's right edge: currents and voltages shown together each keep a
+// readable range.
+struct SecondScale {
+    std::string unit;
+    double lo = -1.0;
+    double hi = 1.0;
+    AxisMap value; // onto the analogue area
+    TickSet ticks;
 };
 
 struct Lane {
@@ -73,6 +85,8 @@ public:
         const std::vector<const Tav::Series*>* series = nullptr;
         // The values the user zoomed to; unset fits the visible analogue data.
         std::optional<std::pair<double, double>> valueRange;
+        std::optional<std::pair<double, double>> secondRange; // of the second axis
+
         TextMeasure measure;
     };
 
@@ -91,6 +105,8 @@ public:
     double to = 0.0;
     double valueLo = -1.0;
     double valueHi = 1.0;
+    std::string valueUnit; // of the curves on the left axis
+    std::optional<SecondScale> second;
     bool hasAnalog = false;
     bool envelope = false;   // some curve is drawn as a min/max envelope
     CoordinateMapper mapper; // time over the plot, values over the analogue area
@@ -106,6 +122,8 @@ private:
     void placeLanes(const Input& input);
     void buildCurves(const Input& input);
     void fitValues(const Input& input);
+    void assignUnits();
+    std::pair<double, double> fitted(bool onSecond) const;
 
     std::deque<std::vector<Tav::PointF>> sortedCopies_;
 };

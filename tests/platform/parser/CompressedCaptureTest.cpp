@@ -11,6 +11,8 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <vector>
+#include <zlib.h>
 
 using namespace TavIec61850Parser;
 using namespace TavTest;
@@ -110,6 +112,29 @@ TEST_P(CompressedCapture, damagedCompressedDataIsAFileError) {
         }
         EXPECT_EQ(copiesCached(), 0u) << d.name;
     }
+}
+
+// A few hundred kilobytes that inflate to gigabytes of nothing are refused
+// long before they fill the disk, and leave nothing in the cache.
+TEST(CompressedBomb, isRefusedBeforeItFillsTheDisk) {
+    const std::string path = tempDir() + "/bomb.pcap.gz";
+    gzFile out = gzopen(path.c_str(), "wb9");
+    ASSERT_NE(out, nullptr);
+    const std::vector<char> zeros(1 << 20, 0);
+    for (int mb = 0; mb < 200; ++mb)
+        ASSERT_EQ(gzwrite(out, zeros.data(), static_cast<unsigned>(zeros.size())),
+                  static_cast<int>(zeros.size()));
+    ASSERT_EQ(gzclose(out), Z_OK);
+    ASSERT_LT(std::filesystem::file_size(path), 1u << 20);
+    Db db;
+    try {
+        parse(path, db);
+        ADD_FAILURE() << "the bomb parsed";
+    } catch (const ParseError& e) {
+        EXPECT_THAT(e.what(), HasSubstr(path));
+        EXPECT_THAT(e.what(), HasSubstr("thousandfold"));
+    }
+    EXPECT_EQ(copiesCached(), 0u);
 }
 
 INSTANTIATE_TEST_SUITE_P(BothContainers, CompressedCapture, ::testing::Values("pcap", "pcapng"));

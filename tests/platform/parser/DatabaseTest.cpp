@@ -1,3 +1,4 @@
+#include "platform/parser/FrameReader.h"
 #include "tests/platform/parser/CaptureBytes.h"
 
 #include "platform/parser/GooseParser.h"
@@ -174,6 +175,28 @@ TEST(Reread, changedGoneAndWrongOffsets) {
     std::filesystem::remove(path);
     EXPECT_EQ(errorOf([&] { GooseParser::parseGoosePDUFromFile(path, second); }),
               path + ": the file is gone");
+}
+
+// Another program cuts the file short while its frames are being read: the
+// read fails as a changed file, and the process lives on.
+TEST(Reread, aFileCutShortInTheMiddleOfABatchIsToldAsChanged) {
+    std::string path = tempDir() + "/cut.pcap";
+    std::filesystem::copy_file(sharedCapture("sv_gen_8streams_4000loops_novlan.pcap"), path,
+                               std::filesystem::copy_options::overwrite_existing);
+    Db db;
+    parse(path, db);
+    std::vector<std::uint64_t> offsets;
+    for (const auto& p : db.svProto.svs.begin()->files.begin()->packages)
+        offsets.push_back(p.offset);
+    std::size_t read = 0;
+    EXPECT_EQ(errorOf([&] {
+                  FrameReader::readEach(path, offsets, [&](std::size_t, auto&) {
+                      if (read++ == 0)
+                          std::filesystem::resize_file(path, 0);
+                  });
+              }),
+              path + ": the file has changed since it was parsed");
+    EXPECT_EQ(read, 1u);
 }
 
 TEST(Reread, pcapngBlocksOfBothByteOrders) {

@@ -13,7 +13,9 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <spawn.h>
 #include <string>
+#include <sys/wait.h>
 #include <vector>
 
 namespace {
@@ -195,6 +197,59 @@ TEST_F(OscillographDrawing, AVanishedFileDrawsNothingAndIsToldOnce) {
     EXPECT_EQ(told[0].second, "Кадры файла " + copy +
                                   " не читаются для осциллограммы: файла больше нет. Откройте "
                                   "файл заново.");
+}
+
+// Starts `sh -c script` with `args` as $1...; returns its process id.
+pid_t spawnShell(const std::string& script, std::vector<std::string> args) {
+    args.insert(args.begin(), {"sh", "-c", script, "sh"});
+    std::vector<char*> argv;
+    for (auto& a : args)
+        argv.push_back(a.data());
+    argv.push_back(nullptr);
+    pid_t pid = -1;
+    return posix_spawnp(&pid, "sh", nullptr, nullptr, argv.data(), environ) == 0 ? pid : -1;
+}
+
+// Another program cuts the file short and writes it again while the window
+// redraws. Each rewrite puts the old time back, so the reader keeps taking
+// the file for the one it parsed and reads it while it is short: the window
+// must come through, tell the change, and draw again once the file is whole.
+TEST_F(OscillographDrawing, AFileCutShortUnderTheRedrawIsToldAsChanged) {
+    const std::string original = TavTest::tempDir() + "/rewritten-original.pcap";
+    const std::string copy = TavTest::tempDir() + "/rewritten.pcap";
+    for (const auto& to : {original, copy})
+        std::filesystem::copy_file(svCapture(), to,
+                                   std::filesystem::copy_options::overwrite_existing);
+    std::filesystem::last_write_time(copy, std::filesystem::last_write_time(original));
+    loaded.open(copy);
+    SvChannel& ia = tick(*list.getSvStreams().at(0), 0);
+    ASSERT_FALSE(ia.getSerie().points.empty());
+    std::vector<std::string> told;
+    loaded.model.signalMessage.connect(
+        [&](unsigned short, const std::string& text) { told.push_back(text); });
+
+    // About three seconds of rewrites, paced so as not to take a core from the
+    // tests that run beside this one.
+    const pid_t writer =
+        spawnShell("i=0; while [ $i -lt 200 ]; do : > \"$1\"; cat \"$2\" > \"$1\"; "
+                   "touch -r \"$2\" \"$1\"; sleep 0.01; i=$((i + 1)); done",
+                   {copy, original});
+    ASSERT_GT(writer, 0);
+    int status = 0, redraws = 0;
+    while (::waitpid(writer, &status, WNOHANG) == 0) {
+        const double from = (redraws++ % 20) * 0.1;
+        showRange(from, from + 0.5);
+        TavTest::pumpPending();
+    }
+    ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+
+    ASSERT_FALSE(told.empty()) << redraws << " redraws";
+    for (const auto& text : told)
+        EXPECT_EQ(text, "Кадры файла " + copy +
+                            " не читаются для осциллограммы: файл изменился после открытия. "
+                            "Откройте файл заново.");
+    showRange(1.0, 1.5);
+    EXPECT_FALSE(ia.getSerie().points.empty());
 }
 
 TEST(OscillographUnshown, NoColumnsReadNothing) {

@@ -1,5 +1,6 @@
 // The stream list on a real model: sections, captions, picks and the channel
 // check boxes made from each stream's first frame.
+#include "platform/view/PanelView.h"
 #include "presenter/PackageListPresenter.h"
 #include "tests/presenter/streams/LoadedModel.h"
 #include "tests/support/GuiTest.h"
@@ -9,6 +10,7 @@
 #include <gtkmm/expander.h>
 #include <gtkmm/flowboxchild.h>
 #include <gtkmm/label.h>
+#include <gtkmm/window.h>
 
 #include <cstdio>
 #include <map>
@@ -255,6 +257,38 @@ TEST_F(StreamList, AnUpdateWithNoStreamsEmptiesThePanel) {
     loaded.model.getFileManagerModel().remove(generated("sv2", {}));
     TavTest::pumpPending();
     EXPECT_TRUE(sectionTitles(list.getViewObj()).empty());
+}
+
+// A stream of many values in a narrow panel: the boxes wrap to the panel's
+// width, so every one can be seen and ticked without scrolling sideways.
+TEST_F(StreamList, ChannelBoxesWrapInsideANarrowPanel) {
+    constexpr int kWidth = 300;
+    loaded.open(generated("sv-c128", {"--sv", "1", "--channels", "128", "--duration", "0.01"}));
+    Gtk::Window window;
+    Tav::PanelView panel("Потоки", &list.getViewObj());
+    window.add(panel);
+    window.set_default_size(kWidth, 600);
+    window.show_all();
+    sv(0).getViewObj()->nameButton().clicked();
+    auto& boxes = sv(0).getChannelsPresenter().getViewObj();
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return boxes.cells().size() == 128; }));
+    const auto cells = boxes.cells();
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return cells.back()->get_allocated_width() > 1; }));
+    TavTest::pumpPending();
+
+    EXPECT_EQ(panel.get_allocated_width(), kWidth);
+    int lines = 0, lastY = -1;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        int x = -1, y = -1;
+        ASSERT_TRUE(cells[i]->translate_coordinates(panel, 0, 0, x, y));
+        EXPECT_GE(x, 0) << "box " << i;
+        EXPECT_LE(x + cells[i]->get_allocated_width(), kWidth) << "box " << i;
+        lines += y != lastY;
+        lastY = y;
+    }
+    // More than one a line where they fit, not one long column.
+    EXPECT_LT(lines, static_cast<int>(cells.size()));
+    panel.releaseContent();
 }
 
 } // namespace

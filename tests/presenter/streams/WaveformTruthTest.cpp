@@ -219,7 +219,12 @@ TEST_P(AsduInstants, EveryAsduIsASampleAtItsOwnInstant) {
             frames += std::count_if(file.packages.begin(), file.packages.end(), [&](auto& p) {
                 return !(p.time < fromStamp) && !(toStamp < p.time);
             });
-    ASSERT_EQ(serie.points.size(), frames * asdus);
+    // Those, and the first ASDUs of the frame that arrived after the window's
+    // end but was sampled within it: the curve reaches the window's end.
+    ASSERT_GE(serie.points.size(), frames * asdus);
+    ASSERT_LE(serie.points.size(), (frames + 1) * asdus);
+    EXPECT_GT(timeOf(serie, serie.points.size() - 1), to - 1.0 / rate);
+    EXPECT_LE(timeOf(serie, serie.points.size() - 1), to + 1e-9);
     EXPECT_FALSE(serie.envelope);
 
     // The generator stamps a frame with its first sample's time; drawn, its
@@ -276,8 +281,13 @@ TEST_F(OscillographDrawing, SynchronisedStreamsWithDifferentDelaysAreDrawnOnTopO
     std::size_t shared = 0;
     for (std::size_t i = 0; i < second.points.size(); ++i)
         shared += firstAt.count(std::lround(timeOf(second, i) * 1e7));
-    // Frames are picked by arrival: 5.1 ms of the second stream lie outside.
-    EXPECT_GT(shared, 130u) << "of " << second.points.size();
+    // Every sample of the window, the late stream's last ones included,
+    // although their frames arrived after the window's end.
+    EXPECT_GE(shared, 160u) << "of " << second.points.size();
+    double last = 0;
+    for (std::size_t i = 0; i < second.points.size(); ++i)
+        last = std::max(last, timeOf(second, i));
+    EXPECT_GE(last, 0.24 - 1.0 / 4000);
 }
 
 TEST_F(OscillographDrawing, TwoHoursFromTheStartSamplesKeepTheirSpacing) {

@@ -313,6 +313,56 @@ TEST(ValueAxis, UsesEngineeringPrefixesAndKeepsTicksApart) {
 
     EXPECT_EQ(ValueAxis::readout(-1234.5), "-1.23k");
     EXPECT_EQ(ValueAxis::readout(0.5), "0.500");
+
+    // A known unit comes with its SI prefix, on the ticks and in the readout.
+    EXPECT_EQ(ValueAxis::readout(-1234.5, "А"), "-1.23 кА");
+    EXPECT_EQ(ValueAxis::readout(57.74, "В"), "57.7 В");
+    EXPECT_EQ(ValueAxis::readout(2.5e6, "В"), "2.50 МВ");
+    const TickSet kiloVolts = ValueAxis::choose(-2600.0, 2600.0, 400.0, 11.0, "В");
+    ASSERT_FALSE(kiloVolts.ticks.empty());
+    const std::string kV = " кВ";
+    EXPECT_EQ(kiloVolts.ticks.back().label.substr(kiloVolts.ticks.back().label.size() - kV.size()),
+              kV);
+}
+
+// Currents beside voltages: each unit is fitted on an axis of its own, so a
+// 15 A current is not flattened against hundreds of volts, and each zooms.
+TEST_F(LayoutFixture, CurrentsAndVoltagesTogetherGetAnAxisEach) {
+    voltage.unit = "В";
+    voltage.points = {{0.0f, -400.0f}, {1.0f, 400.0f}};
+    current.unit = "А";
+    current.gain = 1.0f;
+    PlotLayout layout = compute();
+    EXPECT_EQ(layout.valueUnit, "В");
+    ASSERT_TRUE(layout.second);
+    EXPECT_EQ(layout.second->unit, "А");
+    EXPECT_NEAR(layout.valueHi, 440.0, 1e-9);
+    EXPECT_NEAR(layout.second->lo, 0.3, 1e-9);
+    EXPECT_NEAR(layout.second->hi, 15.7, 1e-9);
+    ASSERT_FALSE(layout.second->ticks.ticks.empty());
+    EXPECT_NE(layout.second->ticks.ticks.back().label.find(" А"), std::string::npos);
+    // The current's peak stands near the top of the area, on its own scale.
+    const Curve& ia = layout.curves[1];
+    EXPECT_TRUE(ia.onSecond);
+    EXPECT_NEAR(ia.pixels.back().y, layout.second->value.toPixel(15.0), 0.01);
+    EXPECT_LT(ia.pixels.back().y, layout.analog.y + layout.analog.height * 0.1);
+
+    PlotLayout::Input in;
+    in.width = 800;
+    in.height = 500;
+    in.to = 1.0;
+    in.series = &all;
+    in.measure = charWidth;
+    in.valueRange = std::make_pair(-1.0, 1.0);
+    in.secondRange = std::make_pair(2.0, 4.0);
+    layout.compute(in);
+    EXPECT_EQ(layout.valueHi, 1.0);
+    EXPECT_EQ(layout.second->lo, 2.0);
+    EXPECT_DOUBLE_EQ(layout.second->value.toPixel(4.0), layout.analog.y);
+
+    // One unit alone needs no second axis.
+    all = {&voltage, &breaker};
+    EXPECT_FALSE(compute().second);
 }
 
 } // namespace

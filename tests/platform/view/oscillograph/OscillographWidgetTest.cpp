@@ -176,9 +176,12 @@ TEST_F(OscillographWidget, WheelAndDragFollowThePointerStopAtTheEndsAndReportOnc
 }
 
 TEST_F(OscillographWidget, ShiftWheelScrollsAndCtrlWheelZoomsOnlyValues) {
-    Tav::Series s;
+    Tav::Series s, amps;
     s.points = {{0.0f, -1.0f}, {10.0f, 1.0f}};
+    amps.unit = "А";
+    amps.points = {{0.0f, -100.0f}, {10.0f, 100.0f}};
     scope.addSeries(&s);
+    scope.addSeries(&amps);
     scope.setSeriesDuration(10.0f);
     scope.setHorizontalInterval(1.0f, 3.0f);
     for (int i = 0; i < 3; ++i)
@@ -190,10 +193,14 @@ TEST_F(OscillographWidget, ShiftWheelScrollsAndCtrlWheelZoomsOnlyValues) {
 
     ranges.clear();
     const double before = scope.layout().valueHi - scope.layout().valueLo;
+    ASSERT_TRUE(scope.layout().second);
+    const double secondBefore = scope.layout().second->hi - scope.layout().second->lo;
     wheel(xOf(2.0), GDK_SCROLL_UP, GDK_CONTROL_MASK);
     TavTest::pumpFor(100ms);
     EXPECT_TRUE(ranges.empty());
     EXPECT_NEAR(scope.layout().valueHi - scope.layout().valueLo, before * 0.8, before * 1e-6);
+    EXPECT_NEAR(scope.layout().second->hi - scope.layout().second->lo, secondBefore * 0.8,
+                secondBefore * 1e-6);
     EXPECT_NEAR(range().first, 1.6, 1e-9);
 }
 
