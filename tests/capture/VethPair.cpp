@@ -4,7 +4,11 @@
 #include "tests/support/TestCaptures.h"
 
 #include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <unistd.h>
@@ -18,6 +22,19 @@ int shell(const std::string& command) {
     return TavTest::runCommand({"sh", "-c", command + " 2>&1"}, out);
 }
 
+// A test process that crashed left its namespace behind.
+void removeStaleNamespaces() {
+    std::error_code ec;
+    for (const auto& entry : std::filesystem::directory_iterator("/run/netns", ec)) {
+        const std::string name = entry.path().filename().string();
+        if (name.rfind("tavna-test-", 0) != 0)
+            continue;
+        const long pid = std::strtol(name.c_str() + 11, nullptr, 10);
+        if (pid > 0 && ::kill(static_cast<pid_t>(pid), 0) != 0 && errno == ESRCH)
+            shell("ip netns del " + name);
+    }
+}
+
 } // namespace
 
 VethPair::VethPair() : namespace_("tavna-test-" + std::to_string(::getpid())) {
@@ -25,6 +42,7 @@ VethPair::VethPair() : namespace_("tavna-test-" + std::to_string(::getpid())) {
         skipped_ = "capturing needs root, and this test runs as another user";
         return;
     }
+    removeStaleNamespaces();
     if (shell("ip netns add " + namespace_) != 0) {
         skipped_ = "network namespaces are not allowed here";
         namespace_.clear();
