@@ -43,11 +43,11 @@ MeasurementPresenter::MeasurementPresenter(TavNaModel& model, OscillographPresen
         });
     }));
     // Each of these is about to change the database the measurement reads,
-    // or to free the stream tree the pick points into.
+    // or to free the stream tree the pick points into. The figures shown stay
+    // until the new tree is measured: a live capture reads a batch a second.
     const auto stopAll = [this] {
         _stop();
         picked = nullptr;
-        _showNothing("");
     };
     connections.push_back(load.signalBegun.connect(stopAll));
     connections.push_back(model.signalResetting.connect(stopAll));
