@@ -42,6 +42,9 @@ public:
     std::string getName() const { return name; }
 
     void setDescription(const std::string& value) { serie.description = value; }
+    // What the configuration says of the channel, shown as its box's tooltip.
+    void setHint(const std::string& value) { hint = value; }
+    const std::string& getHint() const { return hint; }
     std::string getDescription() const { return serie.description; }
 
     // Creators that want a ratio of their own set it after this, which resets it.
@@ -84,6 +87,7 @@ private:
 
     bool selected = false;
     std::string name;
+    std::string hint;
     SourceType sourceType{};
     [[no_unique_address]] PhaseField phase{};
     std::uint64_t index = 0;

@@ -56,6 +56,18 @@ SclConfiguration::channelNames(const TavIec61850Parser::Goose& goose) const {
     return namesOf(check(goose));
 }
 
+std::vector<std::string>
+SclConfiguration::channelDescriptions(const TavIec61850Parser::Sv& sv) const {
+    const auto match = check(sv);
+    return match ? match->control->channelDescriptions() : std::vector<std::string>();
+}
+
+std::vector<std::string>
+SclConfiguration::channelDescriptions(const TavIec61850Parser::Goose& goose) const {
+    const auto match = check(goose);
+    return match ? match->control->channelDescriptions() : std::vector<std::string>();
+}
+
 std::vector<const TavScl::ControlBlock*>
 SclConfiguration::missing(const std::vector<const TavIec61850Parser::Sv*>& svs,
                           const std::vector<const TavIec61850Parser::Goose*>& gooses) const {

@@ -30,6 +30,9 @@ public:
     // empty when no block of the configuration is the stream's.
     std::vector<std::string> channelNames(const TavIec61850Parser::Sv& sv) const;
     std::vector<std::string> channelNames(const TavIec61850Parser::Goose& goose) const;
+    // The logical node's description of each of those channels ("" where none).
+    std::vector<std::string> channelDescriptions(const TavIec61850Parser::Sv& sv) const;
+    std::vector<std::string> channelDescriptions(const TavIec61850Parser::Goose& goose) const;
 
     // The stream's control block and what of it the stream contradicts;
     // nothing when no block of the configuration is the stream's. Without

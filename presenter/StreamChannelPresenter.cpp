@@ -8,6 +8,8 @@ template <typename ChannelT, typename ViewT>
 StreamChannelPresenter<ChannelT, ViewT>::StreamChannelPresenter(ChannelT& channel)
     : channel(channel), view(std::make_unique<ViewT>()) {
     view->setName(channel.getName());
+    if (!channel.getHint().empty())
+        view->checkButton().set_tooltip_text(channel.getHint());
     // A channel ticked again in a rebuilt tree shows its tick; set before the
     // presenter listens, so that it is not reported back as the user's.
     if (channel.isSelected())

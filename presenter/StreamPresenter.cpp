@@ -39,9 +39,12 @@ template <typename Channels, typename Record>
 void nameByConfiguration(const Channels& channels, const Record& record,
                          const SclConfiguration& scl) {
     const std::vector<std::string> names = scl.channelNames(record);
+    const std::vector<std::string> hints = scl.channelDescriptions(record);
     for (std::size_t i = 0; i < channels.size() && i < names.size(); ++i) {
         channels[i]->setName(names[i]);
         channels[i]->setDescription(names[i] + " | " + streamId(record));
+        if (i < hints.size())
+            channels[i]->setHint(hints[i]);
     }
 }
 

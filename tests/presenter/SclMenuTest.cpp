@@ -106,6 +106,9 @@ TEST_F(SclMenu, ChannelsAreNamedByTheConfigurationOpenedBesideTheCapture) {
     EXPECT_THAT(channelNames(list.getSvStreams()),
                 ElementsAre("TCTR1.Amp", "TCTR2.Amp", "TCTR3.Amp", "TCTR4.Amp", "TVTR1.Vol",
                             "TVTR2.Vol", "TVTR3.Vol", "TVTR4.Vol"));
+    // The logical node's description is the box's tooltip.
+    const auto& entries = list.getSvStreams().at(0)->getChannelsPresenter().getEntries();
+    EXPECT_EQ(entries.at(0)->getViewObj().checkButton().get_tooltip_text(), "Current A");
     // The curve's description: what the legend and COMTRADE channels are called.
     EXPECT_EQ(
         list.getSvStreams().at(0)->getModel().getChannels().getItems().at(4)->getDescription(),
