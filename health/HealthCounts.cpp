@@ -29,6 +29,8 @@ std::vector<NamedCount> healthCounts(const StreamHealth& h) {
                            {"derived_samples", q.derived, true},
                            {"operator_blocked_samples", q.operatorBlocked, true},
                            {"late_frames", s.transfer.lateFrames, true}});
+        if (s.configuredAsdus)
+            c.push_back({"frames_off_configured_asdus", s.framesOffConfiguredAsdus, true});
     }
     if (h.goose) {
         const GooseHealth& g = *h.goose;
@@ -63,6 +65,7 @@ std::string labelOf(std::string_view key) {
         {"operator_blocked_samples", "выборки, блокированные оператором"},
         {"quality", "качество"},
         {"late_frames", "опоздавшие кадры"},
+        {"frames_off_configured_asdus", "кадры с числом ASDU не по SCL"},
         {"state_changes", "смены состояния"},
         {"stnum_regressions", "возвраты stNum"},
         {"sqnum_gaps", "пропуски sqNum"},

@@ -22,8 +22,9 @@ void HealthWorker::start(std::vector<HealthTarget> targets, Deliver deliver) {
                 const HealthTarget& t = targets[i];
                 const TavStream::SamplingClock* clock =
                     t.sv && t.clocks ? &t.clocks->of(*t.sv) : nullptr;
-                health = std::make_shared<StreamHealth>(t.sv ? checkStream(*t.sv, clock, &cancel_)
-                                                             : checkStream(*t.goose, &cancel_));
+                health = std::make_shared<StreamHealth>(
+                    t.sv ? checkStream(*t.sv, clock, &cancel_, t.nominal)
+                         : checkStream(*t.goose, &cancel_));
             } catch (const TavIec61850Parser::ParseError& e) {
                 // The stream's name goes with the delivery; the path would only repeat it.
                 error = e.reason();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "health/StreamChecks.h"
 #include "health/StreamHealth.h"
 #include "platform/parser/StreamRecords.h"
 #include "stream/StreamClocks.h"
@@ -18,6 +19,8 @@ struct HealthTarget {
     const TavIec61850Parser::Goose* goose = nullptr;
     // The database's clocks, kept alive while the check runs.
     std::shared_ptr<TavStream::StreamClocks> clocks;
+    // What the configuration says the SV stream sends, where it says.
+    SvNominal nominal;
 };
 
 // Checks streams one after another on a thread of its own. It reads the

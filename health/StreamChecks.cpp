@@ -36,11 +36,11 @@ StreamHealth run(const PackageFiles& files, Checks& checks, EventLog& log,
 } // namespace
 
 StreamHealth checkStream(const Sv& stream, const TavStream::SamplingClock* clock,
-                         const std::atomic<bool>* cancel) {
+                         const std::atomic<bool>* cancel, const SvNominal& nominal) {
     EventLog log;
     const TavStream::SamplingClock own =
         clock ? TavStream::SamplingClock{} : TavStream::surveyStream(stream, cancel);
-    SvChecks checks(stream.svId, clock ? *clock : own, log);
+    SvChecks checks(stream.svId, clock ? *clock : own, log, nominal);
     return run(stream.files, checks, log, cancel);
 }
 

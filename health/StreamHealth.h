@@ -51,6 +51,8 @@ struct SvHealth {
     std::uint64_t missingSamples = 0;
     double sampleRate = 0;
     std::uint32_t asdusPerFrame = 0;
+    std::optional<std::uint32_t> configuredAsdus; // nofASDU of the stream's configuration
+    std::uint64_t framesOffConfiguredAsdus = 0;
     std::vector<std::uint8_t> smpsynchValues; // in the order first seen
     std::uint64_t smpsynchChanges = 0;
     std::vector<ChannelQuality> quality; // per channel

@@ -53,6 +53,8 @@ void SvChecks::use(const Timest& time, const Frame& frame, StreamHealth& health)
             mine.push_back(&a);
     }
     sv_.asdusPerFrame = std::max<std::uint32_t>(sv_.asdusPerFrame, mine.size());
+    if (nominal_.asdusPerFrame && !mine.empty() && mine.size() != *nominal_.asdusPerFrame)
+        ++sv_.framesOffConfiguredAsdus;
     lastFrameAsdus_ = mine.size();
     for (std::size_t i = 0; i < mine.size(); ++i)
         useAsdu(time, *mine[i]);
@@ -144,6 +146,15 @@ void SvChecks::finish(StreamHealth& health) {
         sv_.nominalWrap = *smpRate_;
     else if (sv_.sampleRate > 0)
         sv_.nominalWrap = static_cast<std::uint32_t>(std::lround(sv_.sampleRate));
+    // The configuration, where there is one, says what the stream should do.
+    if (!nominal_.samplesPerSecond.empty()) {
+        const double seen = sv_.nominalWrap ? *sv_.nominalWrap : sv_.sampleRate;
+        const auto nearest = std::min_element(
+            nominal_.samplesPerSecond.begin(), nominal_.samplesPerSecond.end(),
+            [&](double a, double b) { return std::fabs(a - seen) < std::fabs(b - seen); });
+        sv_.nominalWrap = static_cast<std::uint32_t>(std::lround(*nearest));
+    }
+    sv_.configuredAsdus = nominal_.asdusPerFrame;
     sv_.timing = checkArrivalTiming(frameTimes_, log_);
     sv_.transfer = checkTransferTime(frameTimes_, transferNs_, log_);
     health.sv = std::move(sv_);

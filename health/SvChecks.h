@@ -1,6 +1,7 @@
 #pragma once
 
 #include "health/EventLog.h"
+#include "health/StreamChecks.h"
 #include "platform/parser/EthernetDecoder.h"
 #include "platform/parser/SvParser.h"
 #include "stream/SamplingClock.h"
@@ -18,8 +19,9 @@ public:
         std::vector<TavIec61850Parser::ASDUData>* asdus = nullptr; // all of the frame's
     };
 
-    SvChecks(std::string svId, const TavStream::SamplingClock& clock, EventLog& log)
-        : svId_(std::move(svId)), clock_(clock), log_(log) {}
+    SvChecks(std::string svId, const TavStream::SamplingClock& clock, EventLog& log,
+             SvNominal nominal = {})
+        : svId_(std::move(svId)), clock_(clock), log_(log), nominal_(std::move(nominal)) {}
 
     // Throws MalformedFrame.
     Frame decode(const TavIec61850Parser::EthernetFrame& eth);
@@ -36,6 +38,7 @@ private:
     std::string svId_;
     const TavStream::SamplingClock& clock_;
     EventLog& log_;
+    SvNominal nominal_;
     std::vector<std::int64_t> transferNs_; // arrival less the last own sample's instant
     std::vector<TavIec61850Parser::ASDUData> decoded_;
     SvHealth sv_;

@@ -5,6 +5,7 @@
 #include "model/GooseGroup.h"
 #include "model/SvGroup.h"
 #include "presenter/StreamOrder.h"
+#include "scl/StreamMatch.h"
 
 #include <cmath>
 #include <cstdio>
@@ -13,6 +14,26 @@
 namespace TavNA {
 
 namespace {
+
+// The rate and ASDUs the configuration gives the stream, where an SCL file
+// describes it.
+TavHealth::SvNominal nominalOf(const SclConfiguration& scl, const TavIec61850Parser::Sv& sv) {
+    TavHealth::SvNominal nominal;
+    const auto match = scl.check(sv);
+    if (!match)
+        return nominal;
+    if (match->control->smpRate)
+        nominal.samplesPerSecond = TavScl::configuredRates(*match->control);
+    nominal.asdusPerFrame = match->control->nofAsdu;
+    return nominal;
+}
+
+std::string asdusText(const TavHealth::SvHealth& sv) {
+    std::string text = std::to_string(sv.asdusPerFrame);
+    if (sv.configuredAsdus && *sv.configuredAsdus != sv.asdusPerFrame)
+        text += " (в SCL " + std::to_string(*sv.configuredAsdus) + ")";
+    return text;
+}
 
 const char* const kNoRemarks = "нет замечаний";
 const char* const kChecking = "проверяется…";
@@ -40,6 +61,8 @@ DiagnosticsPresenter::DiagnosticsPresenter(TavNaModel& model, MoveWindow moveWin
     connections.push_back(model.signalResetting.connect([this] { _stop(); }));
     connections.push_back(
         model.getFileManagerModel().signalBeforeRemoved.connect([this](auto*) { _stop(); }));
+    // A configuration opened says what the streams should send: checked again.
+    connections.push_back(model.getScl().signalChanged.connect([this] { _recheck(); }));
     connections.push_back(view->signalEventActivated.connect(
         sigc::mem_fun(*this, &DiagnosticsPresenter::_onEventActivated)));
     _refresh();
@@ -68,14 +91,24 @@ void DiagnosticsPresenter::_onTreeUpdated() {
         if (group->getSvs().empty())
             continue;
         const auto* sv = group->getSvs().front();
-        entries.push_back({group, {sv, nullptr, nullptr}, "SV " + sv->svId, nullptr, {}});
+        entries.push_back({group, {sv, nullptr, nullptr, {}}, "SV " + sv->svId, nullptr, {}});
     }
     for (auto* group : inListOrder(packages.getGooseProto().getGroups().getItems())) {
         if (group->getGooses().empty())
             continue;
         const auto* goose = group->getGooses().front();
         const std::string& name = goose->goId.empty() ? goose->gocbRef : goose->goId;
-        entries.push_back({group, {nullptr, goose, nullptr}, "GOOSE " + name, nullptr, {}});
+        entries.push_back({group, {nullptr, goose, nullptr, {}}, "GOOSE " + name, nullptr, {}});
+    }
+    _check();
+    _refresh();
+}
+
+void DiagnosticsPresenter::_recheck() {
+    _stop();
+    for (auto& entry : entries) {
+        entry.health = nullptr;
+        entry.error.clear();
     }
     _check();
     _refresh();
@@ -98,8 +131,11 @@ void DiagnosticsPresenter::_check() {
     std::vector<TavHealth::HealthTarget> targets;
     for (std::size_t i : order)
         targets.push_back(entries[i].target);
-    for (auto& target : targets)
+    for (auto& target : targets) {
         target.clocks = model.getClocks();
+        if (target.sv != nullptr)
+            target.nominal = nominalOf(model.getScl(), *target.sv);
+    }
     const std::weak_ptr<Tav::UpdateViewGuard::LifetimeToken> alive = liveness;
     const std::uint64_t thisRun = run;
     worker.start(std::move(targets), [this, alive, thisRun,
@@ -199,7 +235,7 @@ void DiagnosticsPresenter::_refresh() {
         lines.insert(lines.end(),
                      {{"период smpCnt", wrap},
                       {"частота выборок", decimal(h.sv->sampleRate, "%.1f Гц")},
-                      {"ASDU в кадре", std::to_string(h.sv->asdusPerFrame)},
+                      {"ASDU в кадре", asdusText(*h.sv)},
                       {"значения smpSynch", synch},
                       {"интервал кадров",
                        "медиана " + decimal(h.sv->timing.median * 1e3, "%.3f") + " мс, 99 % " +

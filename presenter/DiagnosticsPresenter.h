@@ -52,6 +52,7 @@ private:
                     const std::string& error);
     void _stop();
     void _check();
+    void _recheck();
     void _refresh();
     const Entry* _picked() const;
     std::string _verdict(const Entry& entry) const;

@@ -29,20 +29,6 @@ int identityScore(const SeenStream& s, const ControlBlock& c) {
     return (id ? 4 : 0) + (appId ? 2 : 0) + (mac ? 1 : 0);
 }
 
-// Samples per second the block configures: per-period rates fit 50 or 60 Hz.
-std::vector<double> configuredRates(const ControlBlock& c) {
-    const double r = *c.smpRate;
-    switch (c.smpMod) {
-    case SampleMode::PerSecond:
-        return {r};
-    case SampleMode::SecondsPerSample:
-        return {r > 0 ? 1.0 / r : 0.0};
-    case SampleMode::PerPeriod:
-        break;
-    }
-    return {r * 50, r * 60};
-}
-
 std::string rateText(const ControlBlock& c) {
     const char* unit = c.smpMod == SampleMode::PerPeriod   ? " per period"
                        : c.smpMod == SampleMode::PerSecond ? " per second"
@@ -182,6 +168,20 @@ MatchReport matchStreams(const std::vector<SeenStream>& streams,
         if (!used[k])
             report.missing.push_back(controls[k]);
     return report;
+}
+
+// Samples per second the block configures: per-period rates fit 50 or 60 Hz.
+std::vector<double> configuredRates(const ControlBlock& c) {
+    const double r = *c.smpRate;
+    switch (c.smpMod) {
+    case SampleMode::PerSecond:
+        return {r};
+    case SampleMode::SecondsPerSample:
+        return {r > 0 ? 1.0 / r : 0.0};
+    case SampleMode::PerPeriod:
+        break;
+    }
+    return {r * 50, r * 60};
 }
 
 } // namespace TavScl

@@ -58,4 +58,8 @@ std::vector<const ControlBlock*> allControls(const std::vector<SclFile>& files);
 MatchReport matchStreams(const std::vector<SeenStream>& streams,
                          const std::vector<const ControlBlock*>& controls);
 
+// Samples per second the block configures: a rate per period gives one for
+// 50 Hz and one for 60 Hz. Requires the block's smpRate.
+std::vector<double> configuredRates(const ControlBlock& c);
+
 } // namespace TavScl

@@ -23,9 +23,9 @@ struct Loaded {
         std::atomic<bool> cancel{false};
         TavIec61850Parser::PcapParser::parseFile(path, db, {}, cancel, [](double) {});
         for (const auto& sv : db.svProto.svs)
-            targets.push_back({&sv, nullptr, nullptr});
+            targets.push_back({&sv, nullptr, nullptr, {}});
         for (const auto& goose : db.gooseProto.gooses)
-            targets.push_back({nullptr, &goose, nullptr});
+            targets.push_back({nullptr, &goose, nullptr, {}});
     }
 };
 

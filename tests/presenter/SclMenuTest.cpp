@@ -2,6 +2,7 @@
 // person would, the stream list made again with channels named by the
 // configuration's data sets, and a broken file told with its line.
 #include "model/TavNaModel.h"
+#include "presenter/DiagnosticsPresenter.h"
 #include "presenter/MeasurementPresenter.h"
 #include "presenter/PackageListPresenter.h"
 #include "presenter/RecordDescriptionPresenter.h"
@@ -167,6 +168,30 @@ TEST_F(SclMenu, AbsentUnknownAndContradictingStreamsAreTold) {
     TavTest::pumpPending();
     EXPECT_EQ(section.getRowValue(SclDescView::ControlBlock), "не описан в SCL");
     EXPECT_FALSE(section.isRowVisible(SclDescView::Mismatches));
+}
+
+// The checks take what the configuration says the stream sends as nominal:
+// here one ASDU more a frame and twice the rate.
+TEST_F(SclMenu, ChecksMeasureTheStreamAgainstItsConfiguration) {
+    const std::string dir = TavTest::tempDir();
+    TavTest::runGenerator({dir + "/asdus.pcap", "--sv", "1", "--asdus", "2", "--duration", "1",
+                           "--scl", dir + "/asdus.scd", "--scl-mismatch", "nofASDU",
+                           "--scl-mismatch", "smpRate"});
+    load(dir + "/asdus.pcap");
+    openScl(dir + "/asdus.scd");
+    auto& packages = shell->getModel().getPackageListModel();
+    packages.select(packages.getSvProto().getGroups().getItems().at(0).get());
+    auto& diagnostics = shell->getDiagnosticsPresenter().getViewObj();
+    const auto value = [&](const std::string& name) {
+        for (const auto& line : diagnostics.getLines())
+            if (line.name == name)
+                return line.value;
+        return std::string();
+    };
+    ASSERT_TRUE(TavTest::pumpUntil([&] { return value("ASDU в кадре").size() > 1; }));
+    EXPECT_EQ(value("ASDU в кадре"), "2 (в SCL 3)");
+    EXPECT_EQ(value("кадры с числом ASDU не по SCL"), "2000");
+    EXPECT_EQ(value("период smpCnt"), "4000 (номинально 8000)");
 }
 
 } // namespace
