@@ -38,7 +38,6 @@ private:
     std::vector<Sums> sums_;
     std::vector<double> active_;
     double weight_ = 0.0;
-    double frequencyTime_ = 0.0; // seconds, so that cycles / it is the frequency
     std::size_t cycles_ = 0;
     std::size_t blocks_ = 0;
     std::int64_t fromNs_ = 0;
